@@ -1,0 +1,46 @@
+#include "cli/StartUp.h"
+
+#include <csignal>
+#include <exception>
+
+#include "broker/BrokerIdentity.h"
+#include "cli/ArgumentReader.h"
+#include "cli/HelperFailure.h"
+#include "integration/CredentialValidator.h"
+#include "mcp/Session.h"
+#include "platform/Memory.h"
+#include "support/HelperIO.h"
+#include "support/Paths.h"
+#include "support/Streams.h"
+
+namespace quorvantis {
+
+namespace {
+
+BrokerIdentity validatedIdentity(const ArgumentReader& arguments) {
+    const auto unusable = HelperFailure::invalidArguments("Expected serve with agent identity.");
+    if (arguments.values.empty() || arguments.values.front() != "serve") throw unusable;
+    const auto agent = arguments.value("--agent");
+    const auto clientID = arguments.value("--client-id");
+    const auto credentialPath = arguments.value("--credential-file");
+    if (!agent || !clientID || !credentialPath) throw unusable;
+    const auto validated = CredentialValidator().validate(*agent, *clientID, absolutePath(*credentialPath));
+    return {.agent = *agent, .clientID = *clientID, .credential = validated.token};
+}
+
+}  // namespace
+
+int startUp(std::vector<std::string> arguments) {
+    reserveStandardStreams();
+    std::signal(SIGPIPE, SIG_IGN);
+    platform::keepFreedMemory();
+    try {
+        QuorvantisMCP::serve(validatedIdentity(ArgumentReader{std::move(arguments)}));
+        return 0;
+    } catch (const std::exception& failure) {
+        HelperIO::error(failure.what());
+        return 1;
+    }
+}
+
+}  // namespace quorvantis

@@ -1,0 +1,37 @@
+#include "integration/CredentialValidator.h"
+
+#include "cli/HelperFailure.h"
+#include "integration/AgentIdentifier.h"
+#include "platform/PathText.h"
+#include "support/HelperIO.h"
+#include "support/Paths.h"
+#include "support/UTF8.h"
+
+namespace quorvantis {
+
+namespace {
+
+bool isAccepted(std::string_view agent) {
+    return AgentIdentifier::isValid(agent) || (isTestingMode() && agent == "test");
+}
+
+}  // namespace
+
+ValidatedCredential CredentialValidator::validate(std::string_view agent, std::string_view clientID,
+                                                  const std::string& credentialFile) const {
+    if (!isAccepted(agent)) throw HelperFailure::invalidRequest("Invalid agent identifier.");
+    auto manifest = HelperIO::readJSON<AgentManifest>(joinedPath(paths.agents, std::string(agent) + ".json"));
+    const bool matches = manifest.agent == agent && manifest.clientID == clientID &&
+                         (isTestingMode() || platform::samePathText(credentialFile, manifest.credentialPath));
+    if (!matches)
+        throw HelperFailure::invalidRequest("Client identity does not match the managed registration.");
+    std::string token = readFile(credentialFile);
+    // The hash first: a file that is not the registered one is invalid, however malformed it is besides.
+    if (HelperIO::sha256(token) != manifest.credentialHash)
+        throw HelperFailure::invalidRequest("Client credential is invalid.");
+    if (token.empty() || !isValidUTF8(token))
+        throw HelperFailure::invalidRequest("Client credential is malformed.");
+    return {std::move(manifest), std::move(token)};
+}
+
+}  // namespace quorvantis

@@ -1,0 +1,33 @@
+#include "integration/HelperPaths.h"
+
+#include "platform/HomeFolder.h"
+#include "support/Environment.h"
+#include "support/Paths.h"
+
+namespace quorvantis {
+
+namespace {
+
+std::string applicationSupportFolder() {
+    if (isTestingMode())
+        if (const auto folder = environmentVariable("QUORVANTIS_APP_SUPPORT")) return absolutePath(*folder);
+    return joinedPath(platform::homeFolder(), "Library/Application Support/Quorvantis");
+}
+
+}  // namespace
+
+bool isTestingMode() {
+    return environmentVariable("QUORVANTIS_TESTING") == "1";
+}
+
+HelperPaths::HelperPaths() : HelperPaths(applicationSupportFolder()) {}
+
+HelperPaths::HelperPaths(std::string folder)
+    : appSupport(std::move(folder)),
+      integrations(joinedPath(appSupport, "Integrations")),
+      requests(joinedPath(integrations, "PairingRequests")),
+      agents(joinedPath(integrations, "Agents")),
+      database(joinedPath(appSupport, "Database/history.sqlite")),
+      socket(joinedPath(appSupport, "Runtime/quorvantis.sock")) {}
+
+}  // namespace quorvantis

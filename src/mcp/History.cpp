@@ -1,0 +1,65 @@
+#include "mcp/History.h"
+
+#include <algorithm>
+#include <array>
+
+#include "broker/BrokerClient.h"
+#include "cli/HelperFailure.h"
+#include "mcp/Payload.h"
+#include "support/WhiteSpace.h"
+
+namespace quorvantis::QuorvantisMCP {
+
+namespace {
+
+constexpr std::int64_t usualLimit = 20, leastLimit = 1, mostLimit = 100;
+
+constexpr std::array<PayloadKey, 8> historyKeys = {{
+    {"entry_id", "entryID", isString, "\"\""},
+    {"created_at", "createdAt", isNumber, "0"},
+    {"kind", "kind", isString, "\"other\""},
+    {"preview", "preview", isString, "\"\""},
+    {"detail", "detail", isString, "\"\""},
+    {"source_application", "sourceApplication", isString},
+    {"text", "text", isString},
+    {"file_paths", "filePaths", isArrayOfStrings},
+}};
+
+}  // namespace
+
+JSONText searchHistory(JSON arguments, const BrokerIdentity& identity) {
+    const auto query = arguments["query"].string();
+    if (!query || isBlank(*query)) throw HelperFailure::invalidArguments("A non-empty query is required.");
+    const auto limit = std::clamp(arguments["limit"].integer().value_or(usualLimit), leastLimit, mostLimit);
+    const JSONDocument answer = BrokerClient{identity}.call(
+        "search_history", {{"query", jsonText(*query)}, {"limit", jsonText(limit)}});
+    JSONWriter result(Slashes::bare);
+    result.beginObject();
+    result.members("matched", answer["matched"].boolean().value_or(false));
+    result.key("items");
+    result.beginArray();
+    if (answer["entries"].isArrayOf(JSON::Kind::object))
+        for (const JSON entry : answer["entries"].elements()) publicHistoryPayload(entry, result);
+    result.endArray();
+    result.endObject();
+    return {result.take()};
+}
+
+JSONText getHistoryItem(JSON arguments, const BrokerIdentity& identity) {
+    const auto entryID = arguments["entry_id"].string();
+    if (!entryID) throw HelperFailure::invalidArguments("entry_id is required.");
+    const JSONDocument answer =
+        BrokerClient{identity}.call("get_history_item", {{"entryID", jsonText(*entryID)}});
+    const JSON entries = answer["entries"];
+    if (!entries.isArrayOf(JSON::Kind::object) || entries.elements().empty())
+        throw HelperFailure::unavailable("The requested clipboard item is unavailable.");
+    JSONWriter result(Slashes::bare);
+    publicHistoryPayload(entries.elements().front(), result);
+    return {result.take()};
+}
+
+void publicHistoryPayload(JSON entry, JSONWriter& writer) {
+    writePublicPayload(entry, historyKeys, writer);
+}
+
+}  // namespace quorvantis::QuorvantisMCP

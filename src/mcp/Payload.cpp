@@ -1,0 +1,17 @@
+#include "mcp/Payload.h"
+
+namespace quorvantis::QuorvantisMCP {
+
+void writePublicPayload(JSON source, std::span<const PayloadKey> keys, JSONWriter& writer) {
+    writer.beginObject();
+    for (const PayloadKey& key : keys) {
+        const JSON value = source[key.source];
+        const bool fits = key.fits(value);
+        if (!fits && key.whenMissing.empty()) continue;
+        writer.key(key.name);
+        fits ? writer.value(value) : writer.literal(key.whenMissing);
+    }
+    writer.endObject();
+}
+
+}  // namespace quorvantis::QuorvantisMCP

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace quorvantis::platform {
+
+/// The current user's home folder as an absolute path. Reads the environment and the user database; never
+/// fails.
+std::string homeFolder();
+
+}  // namespace quorvantis::platform

@@ -1,0 +1,81 @@
+#include "platform/ClientSessionNotification.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <systemd/sd-bus.h>
+#include <unistd.h>
+
+namespace quorvantis::platform {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+bool hasSessionBus() {
+    if (const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS")) return *address != '\0';
+    const char* folder = std::getenv("XDG_RUNTIME_DIR");
+    return folder && access((std::string(folder) + "/bus").c_str(), F_OK) == 0;
+}
+
+/// The part of libsystemd that is needed here. The library is opened only when there is a bus to speak to,
+/// for loading it costs more than the rest of a start.
+struct BusLibrary {
+    decltype(&sd_bus_open_user) openUser = nullptr;
+    decltype(&sd_bus_emit_signal) emitSignal = nullptr;
+    decltype(&sd_bus_process) process = nullptr;
+    decltype(&sd_bus_wait) wait = nullptr;
+    decltype(&sd_bus_is_ready) isReady = nullptr;
+    decltype(&sd_bus_get_n_queued_write) queuedWrites = nullptr;
+    decltype(&sd_bus_close) closeBus = nullptr;
+    decltype(&sd_bus_unref) unref = nullptr;
+    bool complete = false;
+
+    BusLibrary() {
+        void* library = dlopen("libsystemd.so.0", RTLD_NOW | RTLD_LOCAL);
+        complete = library && find(library, "sd_bus_open_user", openUser) &&
+                   find(library, "sd_bus_emit_signal", emitSignal) &&
+                   find(library, "sd_bus_process", process) && find(library, "sd_bus_wait", wait) &&
+                   find(library, "sd_bus_is_ready", isReady) &&
+                   find(library, "sd_bus_get_n_queued_write", queuedWrites) &&
+                   find(library, "sd_bus_close", closeBus) && find(library, "sd_bus_unref", unref);
+    }
+
+    template <class Function>
+    static bool find(void* library, const char* name, Function& function) {
+        function = reinterpret_cast<Function>(dlsym(library, name));
+        return function != nullptr;
+    }
+};
+
+// Not sd_bus_flush: it waits without a bound for a bus that accepts the connection and then says nothing.
+void sendQueued(const BusLibrary& library, sd_bus* bus, Clock::time_point deadline) {
+    for (;;) {
+        const int handled = library.process(bus, nullptr);
+        if (handled < 0) return;
+        std::uint64_t queued = 0;
+        if (library.queuedWrites(bus, &queued) < 0) return;
+        if (queued == 0 && library.isReady(bus) > 0) return;
+        if (handled > 0) continue;
+        const auto left = std::chrono::duration_cast<std::chrono::microseconds>(deadline - Clock::now());
+        if (left.count() <= 0 || library.wait(bus, static_cast<std::uint64_t>(left.count())) < 0) return;
+    }
+}
+
+}  // namespace
+
+void postClientSessionChanged(const std::string& agent) {
+    if (!hasSessionBus()) return;
+    static const BusLibrary library;
+    if (!library.complete) return;
+    const auto deadline = Clock::now() + std::chrono::milliseconds(100);
+    sd_bus* bus = nullptr;
+    if (library.openUser(&bus) < 0) return;
+    if (library.emitSignal(bus, "/com/quorvantis/ClientSession1", "com.quorvantis.ClientSession1",
+                           "ClientSessionChanged", "s", agent.c_str()) >= 0)
+        sendQueued(library, bus, deadline);
+    library.closeBus(bus);
+    library.unref(bus);
+}
+
+}  // namespace quorvantis::platform

@@ -1,0 +1,54 @@
+#include "state/MCPClientSession.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include "integration/HelperPaths.h"
+#include "platform/ClientSessionNotification.h"
+#include "platform/Executables.h"
+#include "platform/PathText.h"
+#include "state/ProtectedJSON.h"
+#include "support/Environment.h"
+#include "support/UTF8.h"
+
+namespace quorvantis {
+
+namespace {
+
+std::string resolvedPath(const std::string& path) {
+    return repairedUTF8(platform::resolvingSymbolicLinks(absolutePath(path)));
+}
+
+void write(const MCPClientSession& session, const std::string& path) {
+    try {
+        HelperIO::writeJSON(session, path);
+    } catch (const std::exception&) {
+        // Dropped: the record is for the desktop application to show, and no client loses its session over
+        // it.
+    }
+}
+
+}  // namespace
+
+void MCPClientSession::record(const BrokerIdentity& identity, std::string_view clientName) {
+    if (environmentVariable("QUORVANTIS_DIAGNOSTIC") == "1") return;
+    write({.clientID = identity.clientID,
+           .processID = getpid(),
+           .executablePath = resolvedPath(platform::firstArgument()),
+           .clientName = std::string(clientName),
+           .initializedAt = Date::now()},
+          url(identity.agent));
+    platform::postClientSessionChanged(identity.agent);
+}
+
+std::string MCPClientSession::url(std::string_view agent) {
+    return joinedPath(HelperPaths().agents, std::string(agent) + "-mcp-session.json");
+}
+
+bool MCPClientSession::isRunning() const {
+    if (processID < 1 || kill(processID, 0) != 0) return false;
+    const auto running = platform::executablePath(processID);
+    return running && resolvedPath(*running) == executablePath;
+}
+
+}  // namespace quorvantis

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "support/Files.h"
+#include "support/JSONRecord.h"
+#include "support/Paths.h"
+
+namespace quorvantis::HelperIO {
+
+/// Replaces the file in one step and then sets its mode, which must not be negative. Throws FileError, and
+/// HelperFailure `configuration` when the mode cannot be set: the file is in place then.
+void writeProtected(const std::string& path, std::string_view content, std::int16_t permissions);
+
+/// The same with a record's JSON; makes the folders that are missing. Throws EncodingError besides.
+template <class T>
+void writeJSON(const T& record, const std::string& path, std::int16_t permissions = 0600) {
+    makeFolders(parentPath(path));
+    writeProtected(path, encodedRecord(record), permissions);
+}
+
+}  // namespace quorvantis::HelperIO

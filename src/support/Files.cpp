@@ -1,0 +1,113 @@
+#include "support/Files.h"
+
+#include <array>
+#include <cstdio>
+#include <errno.h>
+#include <fcntl.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+#include "platform/Descriptor.h"
+#include "support/Paths.h"
+
+namespace quorvantis {
+
+namespace {
+
+using platform::Descriptor;
+
+Descriptor openRegularFile(const std::string& path) {
+    // Not blocking: opening a FIFO would wait for its writer.
+    Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (!file) throw FileError::reading(path, errno);
+    struct stat status;
+    if (fstat(file.get(), &status) != 0) throw FileError::reading(path, errno);
+    if (S_ISDIR(status.st_mode)) throw FileError::reading(path, EISDIR);
+    if (!S_ISREG(status.st_mode)) throw FileError::reading(path, EACCES);
+    return file;
+}
+
+void writeWhole(const Descriptor& file, std::string_view content) {
+    while (!content.empty()) {
+        const ssize_t written = write(file.get(), content.data(), content.size());
+        if (written < 0 && errno != EINTR) throw FileError::system(errno);
+        if (written > 0) content.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+/// A new file beside the one that it is going to replace, removed unless it did.
+class TemporaryFile {
+  public:
+    explicit TemporaryFile(const std::string& target)
+        : path_(joinedPath(parentPath(target), "." + lastPathComponent(target) + ".XXXXXX")),
+          file_(mkostemp(path_.data(), O_CLOEXEC)) {
+        if (!file_) throw FileError::system(errno);
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile() {
+        if (!path_.empty()) unlink(path_.c_str());
+    }
+
+    const Descriptor& file() const { return file_; }
+
+    void moveTo(const std::string& target) {
+        if (rename(path_.c_str(), target.c_str()) != 0) throw FileError::system(errno);
+        path_.clear();
+    }
+
+  private:
+    std::string path_;
+    Descriptor file_;
+};
+
+}  // namespace
+
+FileError FileError::reading(std::string_view path, int code) {
+    std::string sentence = "The file “" + lastPathComponent(path) + "” couldn’t be opened";
+    if (code == ENOENT) sentence += " because there is no such file";
+    if (code == EACCES || code == EPERM) sentence += " because you don’t have permission to view it";
+    return FileError(sentence + ".");
+}
+
+FileError FileError::system(int code) {
+    return FileError("The operation couldn’t be completed. (" + std::generic_category().message(code) + ")");
+}
+
+void readFile(const std::string& path, const std::function<void(std::string_view)>& take) {
+    const Descriptor file = openRegularFile(path);
+    std::array<char, 65536> buffer;
+    for (;;) {
+        const ssize_t count = read(file.get(), buffer.data(), buffer.size());
+        if (count == 0) return;
+        if (count < 0 && errno != EINTR) throw FileError::reading(path, errno);
+        if (count > 0) take({buffer.data(), static_cast<std::size_t>(count)});
+    }
+}
+
+std::string readFile(const std::string& path) {
+    std::string content;
+    readFile(path, [&](std::string_view piece) { content += piece; });
+    return content;
+}
+
+void replaceFile(const std::string& path, std::string_view content) {
+    TemporaryFile temporary(path);
+    writeWhole(temporary.file(), content);
+    temporary.moveTo(path);
+}
+
+void makeFolders(const std::string& path) {
+    if (mkdir(path.c_str(), 0777) == 0) return;
+    if (errno == ENOENT && parentPath(path) != path) {
+        makeFolders(parentPath(path));
+        if (mkdir(path.c_str(), 0777) == 0) return;
+    }
+    const int code = errno;
+    struct stat status;
+    if (stat(path.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) throw FileError::system(code);
+}
+
+}  // namespace quorvantis

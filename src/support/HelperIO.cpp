@@ -1,0 +1,48 @@
+#include "support/HelperIO.h"
+
+#include <unistd.h>
+
+#include "platform/SHA256.h"
+#include "support/Streams.h"
+
+namespace quorvantis::HelperIO {
+
+namespace {
+
+void update(platform::SHA256& hash, std::string_view bytes) {
+    hash.update(std::as_bytes(std::span(bytes)));
+}
+
+std::string hexText(const platform::SHA256::Digest& digest) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string text;
+    for (const auto byte : digest) {
+        text += digits[byte >> 4];
+        text += digits[byte & 15];
+    }
+    return text;
+}
+
+}  // namespace
+
+bool detail::writeLine(std::string json) {
+    return writeStream(STDOUT_FILENO, json.append("\n"));
+}
+
+void error(std::string_view message) {
+    writeStream(STDERR_FILENO, std::string(message).append("\n"));
+}
+
+std::string sha256(std::string_view data) {
+    platform::SHA256 hash;
+    update(hash, data);
+    return hexText(hash.finish());
+}
+
+std::string sha256FileAt(const std::string& path) {
+    platform::SHA256 hash;
+    readFile(path, [&](std::string_view piece) { update(hash, piece); });
+    return hexText(hash.finish());
+}
+
+}  // namespace quorvantis::HelperIO

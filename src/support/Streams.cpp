@@ -1,0 +1,87 @@
+#include "support/Streams.h"
+
+#include <cstring>
+#include <errno.h>
+#include <fcntl.h>
+#include <new>
+#include <poll.h>
+#include <unistd.h>
+
+namespace quorvantis {
+
+namespace {
+
+constexpr std::size_t usualCapacity = 65536;  // what a pipe holds
+
+bool mayTryAgain(int descriptor, short event) {
+    if (errno == EINTR) return true;
+    if (errno != EAGAIN && errno != EWOULDBLOCK) return false;
+    pollfd waiting = {.fd = descriptor, .events = event, .revents = 0};
+    return poll(&waiting, 1, -1) > 0 || errno == EINTR;
+}
+
+}  // namespace
+
+void reserveStandardStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (fcntl(stream, F_GETFD) < 0) open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
+bool writeStream(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && !mayTryAgain(descriptor, POLLOUT)) return false;
+        if (written > 0) bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+std::optional<std::string_view> LineReader::next() {
+    for (;;) {
+        if (searched_ < end_) {
+            const void* feed = std::memchr(buffer_.get() + searched_, '\n', end_ - searched_);
+            if (feed) return take(static_cast<std::size_t>(static_cast<const char*>(feed) - buffer_.get()));
+            searched_ = end_;
+        }
+        if (fill()) continue;
+        if (start_ == end_) return std::nullopt;
+        return take(end_);
+    }
+}
+
+/// Reads once more into the buffer. False at the end of the stream.
+bool LineReader::fill() {
+    if (start_ > 0) {
+        std::memmove(buffer_.get(), buffer_.get() + start_, end_ - start_);
+        end_ -= start_;
+        searched_ -= start_;
+        start_ = 0;
+    }
+    const bool outgrown = end_ == 0 && capacity_ > usualCapacity;  // after a long line
+    if (end_ == capacity_ || outgrown) {
+        const std::size_t capacity = outgrown ? usualCapacity : capacity_ ? capacity_ * 2 : usualCapacity;
+        char* moved = static_cast<char*>(std::realloc(buffer_.get(), capacity));
+        if (!moved) throw std::bad_alloc();
+        static_cast<void>(buffer_.release());
+        buffer_.reset(moved);
+        capacity_ = capacity;
+    }
+    for (;;) {
+        const ssize_t count = read(descriptor_, buffer_.get() + end_, capacity_ - end_);
+        if (count < 0 && mayTryAgain(descriptor_, POLLIN)) continue;
+        if (count <= 0) return false;
+        end_ += static_cast<std::size_t>(count);
+        return true;
+    }
+}
+
+/// The bytes up to `end`, a line feed's place or the stream's end.
+std::string_view LineReader::take(std::size_t end) {
+    std::string_view line(buffer_.get() + start_, end - start_);
+    const bool hasFeed = end < end_;
+    start_ = searched_ = hasFeed ? end + 1 : end;
+    if (hasFeed && line.ends_with('\r')) line.remove_suffix(1);
+    return line;
+}
+
+}  // namespace quorvantis
