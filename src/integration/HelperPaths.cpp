@@ -20,10 +20,8 @@ bool isTestingMode() {
     return environmentVariable("QUORVANTIS_TESTING") == "1";
 }
 
-HelperPaths::HelperPaths() : HelperPaths(applicationSupportFolder()) {}
-
-HelperPaths::HelperPaths(std::string folder)
-    : appSupport(std::move(folder)),
+HelperPaths::HelperPaths()
+    : appSupport(applicationSupportFolder()),
       integrations(joinedPath(appSupport, "Integrations")),
       requests(joinedPath(integrations, "PairingRequests")),
       agents(joinedPath(integrations, "Agents")),

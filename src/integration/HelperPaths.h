@@ -16,8 +16,6 @@ struct HelperPaths {
     /// Below the application-support folder in use: "Library/Application Support/Quorvantis" in the user's
     /// home folder, or in testing mode the value of QUORVANTIS_APP_SUPPORT. Makes no folder and never fails.
     HelperPaths();
-    /// Below another application-support folder.
-    explicit HelperPaths(std::string appSupport);
 };
 
 /// Whether QUORVANTIS_TESTING is "1" at this moment. Only then can the environment redirect the program.

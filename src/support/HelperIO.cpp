@@ -33,6 +33,17 @@ void error(std::string_view message) {
     writeStream(STDERR_FILENO, std::string(message).append("\n"));
 }
 
+std::string shellQuoted(std::string_view text) {
+    std::string quoted = "'";
+    for (const char character : text) {
+        if (character == '\'')
+            quoted += "'\\''";
+        else
+            quoted += character;
+    }
+    return quoted += '\'';
+}
+
 std::string sha256(std::string_view data) {
     platform::SHA256 hash;
     update(hash, data);

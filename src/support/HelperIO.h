@@ -32,6 +32,9 @@ R readJSON(const std::string& path) {
     return decodedRecord<R>(readFile(path));
 }
 
+/// The text in single quotes, as one word for a POSIX shell (XCU 2.2.2).
+std::string shellQuoted(std::string_view text);
+
 /// The SHA-256 of the bytes as 64 lower-case hexadecimal digits.
 std::string sha256(std::string_view data);
 

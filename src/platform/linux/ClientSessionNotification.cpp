@@ -6,6 +6,8 @@
 #include <systemd/sd-bus.h>
 #include <unistd.h>
 
+#include "platform/linux/ClientSessionSignal.h"
+
 namespace quorvantis::platform {
 
 namespace {
@@ -71,8 +73,8 @@ void postClientSessionChanged(const std::string& agent) {
     const auto deadline = Clock::now() + std::chrono::milliseconds(100);
     sd_bus* bus = nullptr;
     if (library.openUser(&bus) < 0) return;
-    if (library.emitSignal(bus, "/com/quorvantis/ClientSession1", "com.quorvantis.ClientSession1",
-                           "ClientSessionChanged", "s", agent.c_str()) >= 0)
+    if (library.emitSignal(bus, clientSessionPath, clientSessionInterface, clientSessionChanged, "s",
+                           agent.c_str()) >= 0)
         sendQueued(library, bus, deadline);
     library.closeBus(bus);
     library.unref(bus);

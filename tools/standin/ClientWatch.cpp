@@ -1,0 +1,52 @@
+#include "ClientWatch.h"
+
+#include "Log.h"
+#include "support/HelperIO.h"
+
+namespace quorvantis::standin {
+
+namespace {
+
+std::optional<MCPClientSession> recorded(const std::string& agent) {
+    try {
+        return HelperIO::readJSON<MCPClientSession>(MCPClientSession::url(agent));
+    } catch (const std::exception&) {
+        return std::nullopt;  // no client of this agent has connected yet
+    }
+}
+
+bool sameSession(const MCPClientSession& one, const std::optional<MCPClientSession>& other) {
+    return other && one.processID == other->processID && one.initializedAt == other->initializedAt;
+}
+
+std::string description(const std::string& agent, const MCPClientSession& session) {
+    return agent + ": client \"" + session.clientName + "\" (process " + std::to_string(session.processID) +
+           ")";
+}
+
+}  // namespace
+
+ClientWatch::ClientWatch(const std::vector<std::string>& agents) {
+    for (const std::string& agent : agents) {
+        const auto session = recorded(agent);
+        clients_.push_back({agent, session, session && session->isRunning()});
+    }
+}
+
+void ClientWatch::look() {
+    for (Client& client : clients_) look(client);
+}
+
+void ClientWatch::look(Client& client) {
+    const auto session = recorded(client.agent);
+    if (!session) return;
+    const bool isRunning = session->isRunning();
+    if (!sameSession(*session, client.seen))
+        log(description(client.agent, *session) + (isRunning ? " connected" : " came and went"));
+    else if (client.wasRunning && !isRunning)
+        log(description(client.agent, *session) + " left");
+    client.seen = session;
+    client.wasRunning = isRunning;
+}
+
+}  // namespace quorvantis::standin

@@ -1,0 +1,63 @@
+#include "Installation.h"
+
+#include <unistd.h>
+
+#include "integration/CredentialValidator.h"
+#include "platform/Executables.h"
+#include "state/ProtectedJSON.h"
+#include "support/HelperIO.h"
+
+namespace quorvantis::standin {
+
+namespace {
+
+std::string manifestPath(const std::string& agent) {
+    return joinedPath(HelperPaths().agents, agent + ".json");
+}
+
+/// The server is installed beside this program.
+std::string serverPath() {
+    const auto self = platform::executablePath(getpid());
+    return joinedPath(self ? parentPath(*self) : ".", "quorvantis-mcp");
+}
+
+std::string newCredential() {
+    return UUID::random().lowerCaseText() + UUID::random().lowerCaseText();
+}
+
+void writeNew(const std::string& agent) {
+    const std::string credential = newCredential();
+    const std::string credentialPath = joinedPath(HelperPaths().appSupport, "Credentials/" + agent);
+    makeFolders(parentPath(credentialPath));
+    HelperIO::writeProtected(credentialPath, credential, 0600);
+    HelperIO::writeJSON(AgentManifest{.agent = agent,
+                                      .installedAt = Date::now(),
+                                      .clientID = UUID::random().lowerCaseText(),
+                                      .credentialHash = HelperIO::sha256(credential),
+                                      .credentialPath = credentialPath,
+                                      .mcpServerName = "quorvantis",
+                                      .mcpExecutablePath = serverPath()},
+                        manifestPath(agent));
+}
+
+Installation existing(const std::string& agent) {
+    const auto manifest = HelperIO::readJSON<AgentManifest>(manifestPath(agent));
+    const auto validated = CredentialValidator().validate(agent, manifest.clientID, manifest.credentialPath);
+    return {{agent, manifest.clientID, validated.token}, manifest.credentialPath};
+}
+
+}  // namespace
+
+std::string Installation::commandLine() const {
+    return "QUORVANTIS_TESTING=1 QUORVANTIS_APP_SUPPORT=" + HelperIO::shellQuoted(HelperPaths().appSupport) +
+           " \\\n    " + HelperIO::shellQuoted(serverPath()) + " serve --agent " + identity.agent +
+           " --client-id " + HelperIO::shellQuoted(identity.clientID) + " \\\n    --credential-file " +
+           HelperIO::shellQuoted(credentialPath);
+}
+
+Installation installed(const std::string& agent) {
+    if (access(manifestPath(agent).c_str(), F_OK) != 0) writeNew(agent);
+    return existing(agent);
+}
+
+}  // namespace quorvantis::standin

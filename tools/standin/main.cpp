@@ -1,0 +1,96 @@
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <poll.h>
+#include <stdlib.h>
+
+#include "Broker.h"
+#include "BrokerSocket.h"
+#include "ClientWatch.h"
+#include "Installation.h"
+#include "Log.h"
+#include "Options.h"
+#include "SessionSignals.h"
+#include "StopSignal.h"
+#include "integration/HelperPaths.h"
+#include "support/Files.h"
+#include "support/HelperIO.h"
+#include "support/Paths.h"
+
+namespace quorvantis::standin {
+
+namespace {
+
+constexpr int lookInterval = 500;  // milliseconds between looks at the session records
+
+/// From here on every path of the program is below the folder, as it will be for the servers.
+void useFolder(const std::string& folder) {
+    setenv("QUORVANTIS_TESTING", "1", 1);
+    setenv("QUORVANTIS_APP_SUPPORT", folder.c_str(), 1);
+}
+
+std::vector<Installation> installedAll(const std::vector<std::string>& agents) {
+    std::vector<Installation> installations;
+    for (const std::string& agent : agents) installations.push_back(installed(agent));
+    return installations;
+}
+
+void introduce(const HistoryFile& history, const std::vector<Installation>& agents) {
+    std::printf("Quorvantis stand-in\n\n  socket   %s\n  history  %s, %zu entries\n",
+                HelperPaths().socket.c_str(), history.path().c_str(), history.entries().size());
+    for (const Installation& agent : agents)
+        std::printf("\nThe command that serves %s:\n\n    %s\n", agent.identity.agent.c_str(),
+                    agent.commandLine().c_str());
+    std::printf("\nServing. Stop with Ctrl-C.\n\n");
+    std::fflush(stdout);
+}
+
+void serve(const BrokerSocket& socket, const Broker& broker, ClientWatch& clients, int stop) {
+    SessionSignals signals;
+    for (;;) {
+        std::array<pollfd, 3> waiting = {{{.fd = stop, .events = POLLIN, .revents = 0},
+                                          {.fd = socket.descriptor(), .events = POLLIN, .revents = 0},
+                                          {.fd = signals.descriptor(), .events = POLLIN, .revents = 0}}};
+        const int ready = poll(waiting.data(), waiting.size(), lookInterval);
+        if (waiting[0].revents != 0) return;
+        const bool hasRequest = waiting[1].revents != 0;
+        if (signals.take() || hasRequest || ready == 0) clients.look();
+        if (hasRequest) socket.serveOne([&](auto request) { return broker.answer(request); });
+    }
+}
+
+void run(const Options& options) {
+    useFolder(options.folder);
+    const HistoryFile history(options.history);
+    history.makeIfMissing();
+    if (options.addedText) return history.add(*options.addedText);
+    const int stop = stopSignalDescriptor();
+    const auto agents = installedAll(options.agents);
+    makeFolders(parentPath(HelperPaths().socket));
+    const BrokerSocket socket(HelperPaths().socket);
+    introduce(history, agents);
+    ClientWatch clients(options.agents);
+    serve(socket, Broker(history, agents, options.refusesHistory), clients, stop);
+    log("stopped");
+}
+
+}  // namespace
+
+}  // namespace quorvantis::standin
+
+int main(int count, char** arguments) {
+    using namespace quorvantis;
+    std::signal(SIGPIPE, SIG_IGN);
+    try {
+        const auto options = standin::parsedOptions(count, arguments);
+        if (options.wantsHelp)
+            std::fputs(standin::helpText, stdout);
+        else
+            standin::run(options);
+        return 0;
+    } catch (const std::exception& failure) {
+        HelperIO::error("quorvantis-standin: " + std::string(failure.what()));
+        return 1;
+    }
+}
