@@ -1,5 +1,7 @@
 #include "mcp/IntegrationStatus.h"
 
+#include <algorithm>
+#include <array>
 #include <string>
 #include <unordered_set>
 
@@ -31,10 +33,24 @@ std::string snakeCase(std::string_view key) {
     return name;
 }
 
-/// Writes the members, the first where two names become the same, and none with a name in `taken`.
-void writeRenamed(JSON::Members members, std::unordered_set<std::string> taken, JSONWriter& writer);
+bool isEnvelopeKey(std::string_view key) {
+    constexpr std::array<std::string_view, 7> keys = {"version", "requestID", "ok",        "operation",
+                                                      "agent",   "clientID",  "credential"};
+    return std::find(keys.begin(), keys.end(), key) != keys.end();
+}
+
+void writeRenamed(JSON value, JSONWriter& writer);
+
+/// Writes the member unless its new name is taken: two names can become the same, and the first counts.
+void writeRenamed(const JSON::Member& member, std::unordered_set<std::string>& taken, JSONWriter& writer) {
+    const auto [name, isNew] = taken.insert(snakeCase(member.key));
+    if (!isNew) return;
+    writer.key(*name);
+    writeRenamed(member.value, writer);
+}
 
 void writeRenamed(JSON value, JSONWriter& writer) {
+    std::unordered_set<std::string> taken;
     switch (value.kind()) {
         case JSON::Kind::array:
             writer.beginArray();
@@ -42,19 +58,10 @@ void writeRenamed(JSON value, JSONWriter& writer) {
             return writer.endArray();
         case JSON::Kind::object:
             writer.beginObject();
-            writeRenamed(value.members(), {}, writer);
+            for (const JSON::Member member : value.members()) writeRenamed(member, taken, writer);
             return writer.endObject();
         default:
             return writer.value(value);
-    }
-}
-
-void writeRenamed(JSON::Members members, std::unordered_set<std::string> taken, JSONWriter& writer) {
-    for (const auto [key, value] : members) {
-        const auto [name, isNew] = taken.insert(snakeCase(key));
-        if (!isNew) continue;
-        writer.key(*name);
-        writeRenamed(value, writer);
     }
 }
 
@@ -65,10 +72,9 @@ JSONText getIntegrationStatus(JSON, const BrokerIdentity& identity) {
     JSONWriter status(Slashes::bare, containersAroundResult);
     status.beginObject();
     status.members("connected", true, "agent", identity.agent);
-    writeRenamed(
-        answer.root().members(),
-        {"connected", "agent", "version", "request_id", "ok", "operation", "client_id", "credential"},
-        status);
+    std::unordered_set<std::string> taken = {"connected", "agent"};
+    for (const JSON::Member member : answer.root().members())
+        if (!isEnvelopeKey(member.key)) writeRenamed(member, taken, status);
     status.endObject();
     return {status.take()};
 }
