@@ -64,7 +64,8 @@ char* escape(char character, char* to) {
     if (letter == 0 || (letter == '/' && slashes == Slashes::bare)) return *to = character, to + 1;
     *to++ = '\\', *to++ = letter;
     if (letter != 'u') return to;
-    *to++ = '0', *to++ = '0', *to++ = hexDigits[character >> 4], *to++ = hexDigits[character & 15];
+    const auto code = static_cast<std::uint8_t>(character);
+    *to++ = '0', *to++ = '0', *to++ = hexDigits[code >> 4], *to++ = hexDigits[code & 15];
     return to;
 }
 
