@@ -1,40 +1,37 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "HistoryFile.h"
 #include "Installation.h"
+#include "support/JSON.h"
+#include "support/JSONWriter.h"
 
 namespace quorvantis::standin {
+
+/// Broker operations by name. Each reads a request and writes its results as members of the reply; it throws
+/// std::exception with a text for the agent to refuse.
+using Operations = std::map<std::string, std::function<void(JSON request, JSONWriter& reply)>, std::less<>>;
 
 /// The desktop application's side of the broker protocol: one request line in, one reply line out.
 class Broker {
   public:
-    Broker(HistoryFile history, std::vector<Installation> agents, bool refusesHistory)
-        : history_(std::move(history)), agents_(std::move(agents)), refusesHistory_(refusesHistory) {}
+    Broker(std::vector<Installation> agents, Operations operations)
+        : agents_(std::move(agents)), operations_(std::move(operations)) {}
 
     /// The reply, with its line feed. A request that cannot be served is answered with an "error" text. Says
     /// on standard output what was asked.
     std::string answer(std::string_view request) const;
 
   private:
-    using Operation = void (Broker::*)(JSON request, JSONWriter& reply) const;
-    struct OperationRow;
-    static const OperationRow operations[];
-
-    void run(JSON request, JSONWriter& reply) const;
     void checkCaller(JSON request) const;
-    void checkHistoryAccess() const;
+    void run(JSON request, JSONWriter& reply) const;
 
-    void status(JSON request, JSONWriter& reply) const;
-    void searchHistory(JSON request, JSONWriter& reply) const;
-    void getHistoryItem(JSON request, JSONWriter& reply) const;
-
-    HistoryFile history_;
     std::vector<Installation> agents_;
-    bool refusesHistory_;
+    Operations operations_;
 };
 
 }  // namespace quorvantis::standin

@@ -8,6 +8,7 @@
 #include "Broker.h"
 #include "BrokerSocket.h"
 #include "ClientWatch.h"
+#include "HistoryOperations.h"
 #include "Installation.h"
 #include "Log.h"
 #include "Options.h"
@@ -46,6 +47,17 @@ void introduce(const HistoryFile& history, const std::vector<Installation>& agen
     std::fflush(stdout);
 }
 
+Operations operationsFor(const HistoryFile& history, const Options& options) {
+    Operations operations;
+    operations["status"] = [&](JSON, JSONWriter& reply) {
+        reply.members("running", true, "applicationName", "Quorvantis stand-in",  //
+                      "fullHistoryAccess", !options.refusesHistory,               //
+                      "historyEntryCount", history.entries().size());
+    };
+    addHistoryOperations(operations, history, options.refusesHistory);
+    return operations;
+}
+
 void serve(const BrokerSocket& socket, const Broker& broker, ClientWatch& clients, int stop) {
     SessionSignals signals;
     for (;;) {
@@ -71,7 +83,7 @@ void run(const Options& options) {
     const BrokerSocket socket(HelperPaths().socket);
     introduce(history, agents);
     ClientWatch clients(options.agents);
-    serve(socket, Broker(history, agents, options.refusesHistory), clients, stop);
+    serve(socket, Broker(agents, operationsFor(history, options)), clients, stop);
     log("stopped");
 }
 
