@@ -60,8 +60,7 @@ void writeRenamed(JSON value, JSONWriter& writer) {
             writer.beginObject();
             for (const JSON::Member member : value.members()) writeRenamed(member, taken, writer);
             return writer.endObject();
-        default:
-            return writer.value(value);
+        default: return writer.value(value);
     }
 }
 

@@ -97,14 +97,10 @@ void JSONWriter::value(std::string_view string) {
 
 void JSONWriter::value(JSON value) {
     switch (value.kind()) {
-        case JSON::Kind::null:
-            return null();
-        case JSON::Kind::boolean:
-            return this->value(*value.boolean());
-        case JSON::Kind::number:
-            return literal(*value.numberText());
-        case JSON::Kind::string:
-            return this->value(*value.string());
+        case JSON::Kind::null: return null();
+        case JSON::Kind::boolean: return this->value(*value.boolean());
+        case JSON::Kind::number: return literal(*value.numberText());
+        case JSON::Kind::string: return this->value(*value.string());
         case JSON::Kind::array:
             beginArray();
             for (const JSON element : value.elements()) this->value(element);

@@ -42,28 +42,14 @@ constexpr std::array<option, 7> longOptions = {{
 
 void take(Options& options, int letter, const char* word) {
     switch (letter) {
-        case 'f':
-            options.folder = absolutePath(optarg);
-            return;
-        case 'a':
-            options.agents.emplace_back(optarg);
-            return;
-        case 'H':
-            options.history = absolutePath(optarg);
-            return;
-        case 'r':
-            options.refusesHistory = true;
-            return;
-        case 't':
-            options.addedText = optarg;
-            return;
-        case 'h':
-            options.wantsHelp = true;
-            return;
-        case ':':
-            fail(std::string("The option ") + word + " needs a value.");
-        default:
-            fail(std::string("Unknown option ") + word + ".");
+        case 'f': options.folder = absolutePath(optarg); return;
+        case 'a': options.agents.emplace_back(optarg); return;
+        case 'H': options.history = absolutePath(optarg); return;
+        case 'r': options.refusesHistory = true; return;
+        case 't': options.addedText = optarg; return;
+        case 'h': options.wantsHelp = true; return;
+        case ':': fail(std::string("The option ") + word + " needs a value.");
+        default: fail(std::string("Unknown option ") + word + ".");
     }
 }
 
