@@ -28,9 +28,16 @@ class HelperFailure : public std::runtime_error {
     /// Nobody answered a pairing request.
     static HelperFailure timedOut() { return {"The Quorvantis pairing request timed out.", ""}; }
 
+    /// The whole text, where `what()` ends at the first U+0000.
+    const std::string& errorDescription() const { return description_; }
+
   private:
     HelperFailure(std::string_view prefix, std::string_view message)
-        : std::runtime_error(std::string(prefix).append(message)) {}
+        : HelperFailure(std::string(prefix).append(message)) {}
+    explicit HelperFailure(const std::string& description)
+        : std::runtime_error(description), description_(description) {}
+
+    std::string description_;
 };
 
 }  // namespace quorvantis

@@ -83,6 +83,10 @@ auto content(std::string_view text) {
     };
 }
 
+bool replyFailure(JSON id, std::string_view description) {
+    return reply(id, jsonObject("content", content(description), "isError", true));
+}
+
 JSONText run(std::string_view name, JSON arguments, const BrokerIdentity& identity) {
     const auto tool =
         std::find_if(catalogue.begin(), catalogue.end(), [&](const Tool& t) { return t.name == name; });
@@ -111,8 +115,10 @@ bool callTool(JSON id, std::string_view name, JSON arguments, const BrokerIdenti
         // Clients compare the text with the structured content: one is the other's exact JSON.
         return reply(
             id, jsonObject("content", content(result.text), "structuredContent", result, "isError", false));
+    } catch (const HelperFailure& failure) {
+        return replyFailure(id, failure.errorDescription());
     } catch (const std::exception& failure) {
-        return reply(id, jsonObject("content", content(failure.what()), "isError", true));
+        return replyFailure(id, failure.what());
     }
 }
 
