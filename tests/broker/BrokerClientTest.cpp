@@ -1,0 +1,135 @@
+#include "broker/BrokerClient.h"
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "harness/FakeBroker.h"
+#include "harness/TemporaryFolder.h"
+#include "harness/Words.h"
+
+namespace quorvantis {
+
+using harness::FakeBroker;
+using harness::TemporaryFolder;
+using Fields = std::vector<BrokerField>;
+
+static const std::string success, noReply = "Ombrel Link did not respond.",
+                                  notSent = "Ombrel Link request failed.",
+                                  notRunning = "Quorvantis is not running or Ombrel Link is unavailable.";
+
+static std::string outcome(const std::string& socket, const Fields& fields = {}) {
+    try {
+        const BrokerClient client{{.agent = "codex", .clientID = "client-1", .credential = "s/1\n"}, socket};
+        return client.call("status", fields)["ok"].boolean() == true ? success : "not the reply";
+    } catch (const std::exception& failure) {
+        return failure.what();
+    }
+}
+
+static std::string outcomeOf(FakeBroker::Play play, const Fields& fields = {}) {
+    const TemporaryFolder folder;
+    const FakeBroker broker(folder / "s", std::move(play));
+    return outcome(folder / "s", fields);
+}
+
+/// Answers with the text and hangs up. In it $ is the right beginning, @ the request's identifier, ~ a line
+/// feed, and | a pause.
+static FakeBroker::Play answers(std::string text) {
+    return [=](auto& connection) mutable {
+        const std::string id = harness::requestIDOf(connection.receive());
+        if (text[0] == '$') text.replace(0, 1, R"({"version":1,"requestID":"@")");
+        if (const auto place = text.find('@'); place != text.npos) text.replace(place, 1, id);
+        std::replace(text.begin(), text.end(), '~', '\n');
+        std::istringstream pieces(text);
+        for (std::string piece; std::getline(pieces, piece, '|'); pieces.eof() || usleep(20'000))
+            connection.send(piece);
+    };
+}
+
+TEST(BrokerClientTest, ChecksTheReply) {
+    const std::pair<std::string, std::string> cases[] = {
+        {success, R"($,"ok":true} $,"ok":true}|~ {"vers|ion":1.0,"requestID":"@","o|k":true}~|more)"},
+        {"Quorvantis returned an invalid broker response.",
+         R"({"version":"1","requestID":"@","ok":true} {"version":2,"requestID":"@","ok":true}
+            {"version":true,"requestID":"@","ok":true} {"requestID":"@","ok":true} [1]
+            {"version":1,"requestID":"x-@","ok":false,"error":"no"} {"version":1,"ok":false,"error":"no"})"},
+        {"Quorvantis denied the request.", R"($,"ok":"true","error":7} $,"ok":1} $})"},
+        {"No:“access”/.", R"($,"ok":false,"error":"No:“access”\/."} $,"error":"No:“access”/."}~)"},
+        {"The data couldn’t be read because it isn’t in the correct format.",
+         "~ true~ garbage \xff~ $,\"ok\":true}} $,~|\"ok\":true}"},
+        {noReply, "|"},
+    };
+    for (const auto& [message, replies] : cases)
+        for (const auto& reply : harness::words(replies))
+            EXPECT_EQ(outcomeOf(answers(reply)), message) << reply;
+}
+
+TEST(BrokerClientTest, TakesAMebibyteAndNoMore) {
+    for (const std::size_t size : {1'048'576, 1'048'577}) {
+        const auto play = [size](auto& connection) {
+            std::string reply = harness::replyTo(connection.receive(), R"({"padding":"X"})");
+            connection.send(reply.insert(reply.find('X'), size - reply.size(), 'x'));
+        };
+        EXPECT_EQ(outcomeOf(play), size == 1'048'576 ? success : noReply);
+    }
+}
+
+TEST(BrokerClientTest, WaitsForNobodyAndSurvivesAHangUp) {
+    const Fields large = {{"field", {"\"" + std::string(4 << 20, 'x') + "\""}}};
+    std::signal(SIGPIPE, SIG_DFL);
+    EXPECT_EQ(outcomeOf([](auto& connection) { connection.awaitHangUp(); }), noReply);
+    EXPECT_EQ(outcomeOf([](auto&) { sleep(3); }, large), notSent) << "it takes no more";
+    EXPECT_EQ(outcomeOf([](auto&) {}, large), notSent) << "it hangs up";
+}
+
+TEST(BrokerClientTest, FindsTheSocketAndLeavesNoDescriptorOpen) {
+    const auto before = harness::itemsIn("/proc/self/fd");
+    const TemporaryFolder folder;
+    const std::string longest = folder / std::string(103 - folder.path().size() - 1, 's');
+    harness::writeText(folder / "file", "");
+    for (int i = 0; i < 20; ++i) {
+        const FakeBroker broker(longest, answers(R"($,"ok":true})"));
+        EXPECT_EQ(outcome(longest), success);
+        EXPECT_EQ(outcome(longest + "s"), "Ombrel Link socket path is too long.");
+        EXPECT_EQ(outcome(folder / "none"), notRunning);
+        EXPECT_EQ(outcome(folder / "file"), notRunning);
+        chmod(longest.c_str(), 0600);
+        EXPECT_TRUE(BrokerClient::isLocalReachable(longest));
+        unlink(longest.c_str());
+    }
+    EXPECT_EQ(harness::itemsIn("/proc/self/fd"), before);
+}
+
+TEST(BrokerClientTest, SendsTheEnvelopeAndTheFieldsOverIt) {
+    const TemporaryFolder folder;
+    FakeBroker broker(folder / "s", answers(R"($,"ok":true})"));
+    outcome(folder / "s");
+    outcome(folder / "s", {{"agent", {"\"x\""}}, {"paths", {"[\"a/b\",1.0]"}}});
+    const std::string first = broker.requests().at(0), second = broker.requests().at(1);
+    EXPECT_NE(harness::requestIDOf(first), harness::requestIDOf(second));
+    EXPECT_EQ(second, R"({"version":1,"requestID":")" + harness::requestIDOf(second) +
+                          R"(","operation":"status",)" +
+                          R"("clientID":"client-1","credential":"s\/1\n","agent":"x","paths":["a\/b",1.0]})");
+}
+
+TEST(BrokerClientTest, ReachesOnlyAPrivateSocketWithAListener) {
+    const TemporaryFolder folder;
+    const std::string socket = folder / "s";
+    harness::writeText(folder / "file", "");
+    chmod((folder / "file").c_str(), 0600);
+    std::filesystem::create_symlink(socket, folder / "link");
+    {
+        const FakeBroker broker(socket, [](auto&) {});
+        for (const mode_t mode : {0660, 0700, 0400, 0600}) {
+            chmod(socket.c_str(), mode);
+            EXPECT_EQ(BrokerClient::isLocalReachable(socket), mode == 0600) << mode;
+        }
+        for (const auto name : {"link", "file", "none"})
+            EXPECT_FALSE(BrokerClient::isLocalReachable(folder / name));
+    }
+    EXPECT_FALSE(BrokerClient::isLocalReachable(socket)) << "nobody listens";
+}
+
+}  // namespace quorvantis

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Descriptor.h"
+
+namespace quorvantis::harness {
+
+/// A program under test, at work between pipes; the one that it writes to does not block. To wait for it
+/// longer than 20 seconds is a failure of the test.
+class ChildProcess {
+  public:
+    struct Launch {
+        std::vector<std::string> command;           // the program's absolute path first
+        std::vector<std::string> environment = {};  // NAME=value; nothing is inherited
+    };
+
+    explicit ChildProcess(const Launch& launch);
+    ChildProcess(const ChildProcess&) = delete;
+    ~ChildProcess();
+
+    pid_t id() const { return id_; }
+    int output() const { return output_.get(); }
+    void send(std::string_view bytes);
+    void closeInput() { input_ = {}; }
+    void closeOutput() { output_ = {}; }
+    /// The next line of its output without the line feed; nothing at the end.
+    std::optional<std::string> readLine();
+    /// Closes its input, and expects that it writes nothing more and exits: with this status (minus the
+    /// number of a signal) and standard error.
+    void expectEnd(int status = 0, const std::string& errors = "");
+
+  private:
+    pid_t id_ = 0;
+    platform::Descriptor input_, output_, errors_;
+    std::string received_;
+};
+
+}  // namespace quorvantis::harness

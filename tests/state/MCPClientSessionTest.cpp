@@ -1,0 +1,109 @@
+#include "state/MCPClientSession.h"
+
+#include <unistd.h>
+
+#include "harness/FakeBroker.h"
+#include "harness/Installation.h"
+#include "harness/RecordChecks.h"
+#include "support/HelperIO.h"
+
+namespace quorvantis {
+
+using harness::ChildProcess;
+using harness::Installation;
+
+/// Initializes, and answers the record that was written.
+static std::optional<MCPClientSession> initialized(ChildProcess& server, const Installation& installation) {
+    server.send(R"({"id":1,"method":"initialize","params":{"clientInfo":{"name":"client\/é"}}})"
+                "\n");
+    EXPECT_TRUE(server.readLine());
+    const std::string path = installation.agentFile("codex-mcp-session.json");
+    if (!std::filesystem::exists(path)) return std::nullopt;
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0600));
+    const auto session = HelperIO::readJSON<MCPClientSession>(path);
+    EXPECT_EQ(readFile(path), encodedRecord(session)) << "compact, without a final line feed";
+    return session;
+}
+
+TEST(MCPClientSessionTest, IsReadAndWritten) {
+    harness::expectRecord<MCPClientSession>(
+        R"({"clientID":"c","processID":2147483647,"executablePath":"\/x","clientName":"é","initializedAt":1e-05})",
+        {{"2147483647", "2147483648", "processID mistyped"},
+         {R"(,"initializedAt":1e-05)", "", "initializedAt missing"}});
+}
+
+TEST(MCPClientSessionTest, IsRecordedAtEachInitialize) {
+    Installation installation;
+    installation.environment.push_back("QUORVANTIS_DIAGNOSTIC=true");
+    auto launch = installation.launch();
+    const std::string link = installation.folder / "server";
+    std::filesystem::create_symlink(launch.command[0], link);
+    launch.command[0] = link;
+    const Date before = Date::now();
+    ChildProcess server(launch);
+    const auto first = initialized(server, installation).value();
+    const auto second = initialized(server, installation).value();
+    EXPECT_EQ(first.clientID, "client-1");
+    EXPECT_EQ(first.processID, server.id());
+    EXPECT_EQ(first.executablePath, std::filesystem::canonical(link));
+    EXPECT_EQ(first.clientName, "client/é");
+    EXPECT_TRUE(before < first.initializedAt && first.initializedAt < second.initializedAt);
+    EXPECT_LT(second.initializedAt, Date::now());
+    EXPECT_TRUE(second.isRunning());
+    server.expectEnd();
+    EXPECT_FALSE(second.isRunning());
+    for (const pid_t another : {getpid(), 0, -1}) {
+        const MCPClientSession session = {.processID = another, .executablePath = second.executablePath};
+        EXPECT_FALSE(session.isRunning()) << another;
+    }
+}
+
+TEST(MCPClientSessionTest, DisturbsNobodyWhenItCannotBeWritten) {
+    const Installation installation;
+    ChildProcess server(installation.launch());
+    EXPECT_TRUE(initialized(server, installation));
+    std::filesystem::remove_all(installation.appSupport);
+    harness::writeText(installation.appSupport, "in the way");
+    EXPECT_FALSE(initialized(server, installation));
+    server.expectEnd();
+}
+
+TEST(MCPClientSessionTest, IsNotWrittenInDiagnosticMode) {
+    Installation installation;
+    installation.environment.push_back("QUORVANTIS_DIAGNOSTIC=1");
+    ChildProcess server(installation.launch());
+    EXPECT_FALSE(initialized(server, installation));
+}
+
+TEST(ClientSessionNotificationTest, IsASignalOnTheSessionBus) {
+    Installation installation;
+    const std::string address = "unix:path=" + (installation.folder / "bus"),
+                      name = "com.quorvantis.ClientSession1";
+    ChildProcess bus(
+        {{"/usr/bin/dbus-daemon", "--session", "--nofork", "--print-address=1", "--address=" + address}});
+    ASSERT_TRUE(bus.readLine());
+    ChildProcess monitor({{"/usr/bin/dbus-monitor", "--address", address, "interface=" + name}});
+    for (int line = 0; line < 4; ++line) ASSERT_TRUE(monitor.readLine());  // about its own names
+    installation.environment.push_back("DBUS_SESSION_BUS_ADDRESS=" + address);
+    ChildProcess server(installation.launch());
+    EXPECT_TRUE(initialized(server, installation));
+    const std::string signal = monitor.readLine().value();
+    EXPECT_NE(signal.find("path=/com/quorvantis/ClientSession1; interface=" + name +
+                          "; member=ClientSessionChanged"),
+              signal.npos)
+        << signal;
+    EXPECT_EQ(monitor.readLine(), "   string \"codex\"");
+}
+
+TEST(ClientSessionNotificationTest, DoesNotWaitForASilentBus) {
+    Installation installation;
+    const std::string bus = installation.folder / "bus";
+    const harness::FakeBroker silent(bus, [](auto& connection) { connection.awaitHangUp(); });
+    installation.environment.push_back("DBUS_SESSION_BUS_ADDRESS=unix:path=" + bus);
+    ChildProcess server(installation.launch());
+    const double start = Date::now().secondsSinceReferenceDate;
+    EXPECT_TRUE(initialized(server, installation));
+    EXPECT_LT(Date::now().secondsSinceReferenceDate - start, 3);
+}
+
+}  // namespace quorvantis
