@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <thread>
 
 #include "broker/BrokerTransport.h"
@@ -26,9 +27,10 @@ struct BrokerConnection {
         for (ssize_t count; !bytes.empty(); bytes.remove_prefix(static_cast<std::size_t>(count)))
             if ((count = platform::sendSome(socket, bytes)) < 0) return;  // the other side has heard enough
     }
-    /// Reads and says nothing until the other side hangs up.
+    /// Reads nothing and says nothing until the other side hangs up.
     void awaitHangUp() {
-        for (char byte; recv(socket.get(), &byte, 1, 0) == 1;) continue;
+        pollfd waiting = {.fd = socket.get(), .events = 0, .revents = 0};
+        EXPECT_EQ(poll(&waiting, 1, 10'000), 1) << "it waits for more";
     }
 };
 

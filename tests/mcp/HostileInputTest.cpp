@@ -52,7 +52,10 @@ TEST(StandardStreamsTest, MayBeClosedAtTheStart) {
         launch.command.insert(launch.command.begin(), {"/bin/sh", "-c", "exec \"$0\" \"$@\" " + closed});
         ChildProcess server(launch);
         if (!closed.starts_with("<")) server.send(ping);
-        EXPECT_EQ(server.readLine().has_value(), closed == "2>&-") << closed;
+        const bool isAnswered = server.readLine().has_value();
+        EXPECT_EQ(isAnswered, closed == "2>&-") << closed;
+        const std::string errors = "/proc/" + std::to_string(server.id()) + "/fd/2";
+        EXPECT_TRUE(!isAnswered || std::filesystem::exists(errors)) << "left closed";
         server.expectEnd();
     }
 }

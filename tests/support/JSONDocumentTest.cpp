@@ -44,7 +44,7 @@ TEST(JSONDocumentTest, RefusesEverythingElse) {
 }
 
 TEST(JSONDocumentTest, KeepsTheFirstOfManyKeys) {
-    for (const int count : {8, 9, 100'000}) {
+    for (const int count : {7, 8, 100'000}) {
         std::string text = "{", kept = "{";
         for (int i = 0; i < count; ++i) {
             const std::string key = "\"\\u0030" + std::to_string(i) + "\":";
