@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "platform/Descriptor.h"
+#include "platform/FileTimes.h"
 #include "support/Paths.h"
 
 namespace quorvantis {
@@ -18,15 +19,10 @@ namespace {
 
 using platform::Descriptor;
 
-Descriptor openRegularFile(const std::string& path) {
-    // Not blocking: opening a FIFO would wait for its writer.
-    Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    if (!file) throw FileError::reading(path, errno);
+struct stat statusOf(const Descriptor& file, const std::string& path) {
     struct stat status;
     if (fstat(file.get(), &status) != 0) throw FileError::reading(path, errno);
-    if (S_ISDIR(status.st_mode)) throw FileError::reading(path, EISDIR);
-    if (!S_ISREG(status.st_mode)) throw FileError::reading(path, EACCES);
-    return file;
+    return status;
 }
 
 void writeWhole(const Descriptor& file, std::string_view content) {
@@ -76,15 +72,39 @@ FileError FileError::system(int code) {
     return FileError("The operation couldn’t be completed. (" + std::generic_category().message(code) + ")");
 }
 
-void readFile(const std::string& path, const std::function<void(std::string_view)>& take) {
-    const Descriptor file = openRegularFile(path);
+ReadableFile::ReadableFile(const std::string& path)
+    // Not blocking: opening a FIFO would wait for its writer.
+    : path_(path), descriptor_(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)) {
+    if (!descriptor_) throw FileError::reading(path, errno);
+    const auto mode = statusOf(descriptor_, path).st_mode;
+    if (S_ISDIR(mode)) throw FileError::reading(path, EISDIR);
+    if (!S_ISREG(mode)) throw FileError::reading(path, EACCES);
+}
+
+ReadableFile::State ReadableFile::state() const {
+    const auto status = statusOf(descriptor_, path_);
+    return {.size = status.st_size, .changed = platform::changeTime(status)};
+}
+
+bool ReadableFile::State::operator==(const State& other) const {
+    return size == other.size && changed.tv_sec == other.changed.tv_sec &&
+           changed.tv_nsec == other.changed.tv_nsec;
+}
+
+off_t ReadableFile::read(const std::function<void(std::string_view)>& take) const {
     std::array<char, 65536> buffer;
-    for (;;) {
-        const ssize_t count = read(file.get(), buffer.data(), buffer.size());
-        if (count == 0) return;
-        if (count < 0 && errno != EINTR) throw FileError::reading(path, errno);
-        if (count > 0) take({buffer.data(), static_cast<std::size_t>(count)});
+    for (off_t position = 0;;) {
+        const ssize_t count = pread(descriptor_.get(), buffer.data(), buffer.size(), position);
+        if (count == 0) return position;
+        if (count < 0 && errno != EINTR) throw FileError::reading(path_, errno);
+        if (count < 0) continue;
+        take({buffer.data(), static_cast<std::size_t>(count)});
+        position += count;
     }
+}
+
+void readFile(const std::string& path, const std::function<void(std::string_view)>& take) {
+    ReadableFile(path).read(take);
 }
 
 std::string readFile(const std::string& path) {

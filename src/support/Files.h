@@ -5,6 +5,10 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
+#include <time.h>
+
+#include "platform/Descriptor.h"
 
 namespace quorvantis {
 
@@ -17,6 +21,31 @@ class FileError : public std::runtime_error {
     static FileError reading(std::string_view path, int code);
     /// Any other refusal.
     static FileError system(int code);
+};
+
+/// A regular file, open for reading.
+class ReadableFile {
+  public:
+    /// What changes when somebody writes to the file.
+    struct State {
+        off_t size;  // bytes
+        timespec changed;
+
+        bool operator==(const State& other) const;
+    };
+
+    /// Opens it, without waiting for anybody. Throws FileError, also for all that is no regular file.
+    explicit ReadableFile(const std::string& path);
+
+    const platform::Descriptor& descriptor() const { return descriptor_; }
+    State state() const;
+
+    /// Reads it from its start to its end, piece by piece, and answers the count of bytes. Throws FileError.
+    off_t read(const std::function<void(std::string_view piece)>& take) const;
+
+  private:
+    std::string path_;
+    platform::Descriptor descriptor_;
 };
 
 /// Reads a regular file from its start to its end, piece by piece.

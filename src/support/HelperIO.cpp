@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include "platform/SHA256.h"
+#include "support/HexText.h"
 #include "support/Streams.h"
 
 namespace quorvantis::HelperIO {
@@ -11,16 +12,6 @@ namespace {
 
 void update(platform::SHA256& hash, std::string_view bytes) {
     hash.update(std::as_bytes(std::span(bytes)));
-}
-
-std::string hexText(const platform::SHA256::Digest& digest) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    for (const auto byte : digest) {
-        text += digits[byte >> 4];
-        text += digits[byte & 15];
-    }
-    return text;
 }
 
 }  // namespace

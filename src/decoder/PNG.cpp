@@ -1,0 +1,139 @@
+#include <png.h>
+
+#include "decoder/GiveUp.h"
+#include "decoder/Readers.h"
+#include "decoder/UprightPicture.h"
+
+namespace quorvantis::decoder {
+
+namespace {
+
+constexpr std::size_t signatureSize = 8;
+
+std::uint32_t bigEndian(std::span<const std::uint8_t, 4> bytes) {
+    return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 |
+           bytes[3];
+}
+
+/// Looks for the chunk eXIf, which may stand behind the rows that it turns (PNG 1.5 extensions, 3.7).
+Orientation orientationOf(const PictureFile& file, std::uint64_t position) {
+    std::array<std::uint8_t, 8> chunk;  // its length and its name
+    position += signatureSize;
+    while (file.readUpTo(position, chunk) == chunk.size()) {
+        const auto length = bigEndian(std::span(chunk).first<4>());
+        const std::string_view name(reinterpret_cast<const char*>(chunk.data()) + 4, 4);
+        if (name == "IEND") break;
+        if (name == "eXIf") {
+            std::vector<std::uint8_t> exif(std::min<std::uint32_t>(length, 65536));
+            exif.resize(file.readUpTo(position + 8, exif));
+            return exifOrientation(exif);
+        }
+        position += 12 + std::uint64_t{length};  // of the chunk's frame and content
+    }
+    return upright;
+}
+
+class Decoder {
+  public:
+    explicit Decoder(PictureReader& reader)
+        : png_(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, ignore)),
+          info_(png_create_info_struct(png_)) {
+        if (!png_ || !info_) giveUp();
+        png_set_user_limits(png_, static_cast<png_uint_32>(pixelBudget),
+                            static_cast<png_uint_32>(pixelBudget));
+        png_set_read_fn(png_, &reader, read);
+        png_read_info(png_, info_);
+    }
+    Decoder(const Decoder&) = delete;
+    Decoder& operator=(const Decoder&) = delete;
+    ~Decoder() { png_destroy_read_struct(&png_, &info_, nullptr); }
+
+    PictureHeader header() {
+        PictureHeader header;
+        header.size = {png_get_image_width(png_, info_), png_get_image_height(png_, info_)};
+        header.colours = colours();
+        png_set_expand(png_);    // palettes, transparent colours, fewer than 8 bits
+        png_set_scale_16(png_);  // exactly round(v / 257)
+        if (png_get_color_type(png_, info_) & PNG_COLOR_MASK_COLOR)
+            png_set_add_alpha(png_, 255, PNG_FILLER_AFTER);
+        passes_ = png_set_interlace_handling(png_);
+        const bool opaque = !(png_get_color_type(png_, info_) & PNG_COLOR_MASK_ALPHA) &&
+                            !png_get_valid(png_, info_, PNG_INFO_tRNS);
+        png_read_update_info(png_, info_);
+        header.layout = layout(opaque);
+        return header;
+    }
+
+    void decode(UprightPicture& picture, const Size& size) {
+        if (png_get_rowbytes(png_, info_) != picture.rowSize()) giveUp();
+        const auto height = static_cast<std::size_t>(size.height);
+        std::vector<std::uint8_t> pixels(picture.rowSize() * (passes_ > 1 ? height : 1));
+        for (int pass = 1; pass < passes_; ++pass)
+            for (std::size_t y = 0; y < height; ++y) readRow(pixels, y, picture.rowSize());
+        for (std::size_t y = 0; y < height; ++y)
+            picture.addRow(readRow(pixels, passes_ > 1 ? y : 0, picture.rowSize()));
+        png_read_end(png_, nullptr);
+    }
+
+  private:
+    static void fail(png_structp, png_const_charp) { giveUp(); }
+    static void ignore(png_structp, png_const_charp) {}
+    static void read(png_structp png, png_bytep bytes, std::size_t size) {
+        if (static_cast<PictureReader*>(png_get_io_ptr(png))->read({bytes, size}) != size) giveUp();
+    }
+
+    std::span<std::uint8_t> readRow(std::vector<std::uint8_t>& pixels, std::size_t y, std::size_t size) {
+        const auto row = std::span(pixels).subspan(y * size, size);
+        png_read_row(png_, row.data(), nullptr);
+        return row;
+    }
+
+    Layout layout(bool opaque) const {
+        switch (png_get_channels(png_, info_)) {
+            case 1:
+                return Layout::gray;
+            case 2:
+                return Layout::grayAlpha;
+            default:
+                return opaque ? Layout::rgbx : Layout::rgba;
+        }
+    }
+
+    ColourSpace colours() const {
+        png_charp name = nullptr;
+        png_bytep profile = nullptr;
+        png_uint_32 size = 0;
+        int method = 0;
+        if (png_get_iCCP(png_, info_, &name, &method, &profile, &size))
+            return {.profile = {profile, profile + size}, .calibration = {}};
+        if (png_get_valid(png_, info_, PNG_INFO_sRGB)) return {};
+        double gamma = 0;
+        if (!png_get_gAMA(png_, info_, &gamma) || gamma <= 0) return {};
+        Calibration calibration = {.exponent = 1 / gamma};
+        auto& c = calibration.whiteAndPrimaries;
+        png_get_cHRM(png_, info_, &c[0], &c[1], &c[2], &c[3], &c[4], &c[5], &c[6], &c[7]);
+        return {.profile = {}, .calibration = calibration};
+    }
+
+    png_structp png_;
+    png_infop info_;
+    int passes_ = 1;
+};
+
+}  // namespace
+
+DecodedPixels readPNG(const PictureFile& file, std::uint64_t position) {
+    PictureReader reader(file, position);
+    Decoder decoder(reader);
+    auto header = decoder.header();
+    header.orientation = orientationOf(file, position);
+    UprightPicture picture(header);
+    decoder.decode(picture, header.size);
+    return picture.finish();
+}
+
+DecodedPixels readPNG(const PictureFile& file) {
+    return readPNG(file, 0);
+}
+
+}  // namespace quorvantis::decoder

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "decoder/PictureFile.h"
+#include "imaging/DecodedPixels.h"
+
+namespace quorvantis::decoder {
+
+// One reader per format. Each decodes the file's first picture and gives up when it cannot.
+
+DecodedPixels readPNG(const PictureFile& file);
+/// The PNG picture that starts at the position.
+DecodedPixels readPNG(const PictureFile& file, std::uint64_t position);
+DecodedPixels readJPEG(const PictureFile& file);
+DecodedPixels readBMP(const PictureFile& file);
+DecodedPixels readICO(const PictureFile& file);
+DecodedPixels readGIF(const PictureFile& file);
+
+}  // namespace quorvantis::decoder

@@ -1,0 +1,15 @@
+#include "decoder/SandboxVariant.h"
+
+#include <array>
+#include <seccomp.h>
+
+namespace quorvantis::decoder {
+
+// The address sanitizer reserves terabytes of addresses and looks at its own threads and stacks.
+SandboxVariant sandboxVariant() {
+    static const std::array calls = {SCMP_SYS(sigaltstack), SCMP_SYS(rt_sigaction), SCMP_SYS(gettid),
+                                     SCMP_SYS(prctl), SCMP_SYS(sched_yield)};
+    return {.limitsAddressSpace = false, .furtherCalls = calls};
+}
+
+}  // namespace quorvantis::decoder

@@ -1,0 +1,38 @@
+#include "imaging/DecodedPixels.h"
+
+#include <charconv>
+
+#include "imaging/PixelHasher.h"
+
+namespace quorvantis {
+
+namespace {
+
+std::optional<std::int64_t> takeNumber(std::string_view& text) {
+    std::int64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const auto length = static_cast<std::size_t>(end - text.data());
+    if (error != std::errc() || !text.substr(length).starts_with(' ')) return std::nullopt;
+    text.remove_prefix(length + 1);
+    return number;
+}
+
+}  // namespace
+
+std::string DecodedPixels::record() const {
+    return std::to_string(width) + ' ' + std::to_string(height) + ' ' + hash + '\n';
+}
+
+std::optional<DecodedPixels> DecodedPixels::parse(std::string_view record) {
+    std::string_view rest = record;
+    const auto width = takeNumber(rest);
+    const auto height = takeNumber(rest);
+    if (!width || !height || !isWithinPixelBudget(*width, *height) || rest.empty()) return std::nullopt;
+    DecodedPixels pixels = {*width, *height, std::string(rest.substr(0, rest.size() - 1))};
+    const bool hexadecimal = pixels.hash.find_first_not_of("0123456789abcdef") == std::string::npos;
+    // Compared with what the writer makes of it: leading zeros and a missing line feed are other forms.
+    if (pixels.hash.size() != 64 || !hexadecimal || pixels.record() != record) return std::nullopt;
+    return pixels;
+}
+
+}  // namespace quorvantis
