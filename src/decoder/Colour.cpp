@@ -74,19 +74,30 @@ bool meansSRGB(const Calibration& calibration) {
                       Calibration().whiteAndPrimaries.begin(), std::not_fn(far));
 }
 
+std::uint8_t withoutInk(int ink, int black) {
+    return static_cast<std::uint8_t>(((255 - ink) * (255 - black) + 127) / 255);
+}
+
+std::array<std::uint8_t, 4> pixel(Layout layout, const std::uint8_t* s) {
+    switch (layout) {
+        case Layout::gray:
+            return {s[0], s[0], s[0], 255};
+        case Layout::grayAlpha:
+            return {s[0], s[0], s[0], s[1]};
+        case Layout::rgb:
+            return {s[0], s[1], s[2], 255};
+        case Layout::cmyk:
+            return {withoutInk(s[0], s[3]), withoutInk(s[1], s[3]), withoutInk(s[2], s[3]), 255};
+        default:
+            return {s[0], s[1], s[2], s[3]};
+    }
+}
+
 void expand(Layout layout, std::span<const std::uint8_t> samples, std::span<std::uint8_t> rgba) {
     const std::size_t step = samplesPerPixel(layout);
     const auto* from = samples.data();
-    for (auto* to = rgba.data(); to != rgba.data() + rgba.size(); to += 4, from += step) {
-        const bool isGray = layout == Layout::gray || layout == Layout::grayAlpha;
-        for (int c = 0; c < 3; ++c) {
-            if (layout == Layout::cmyk)
-                to[c] = static_cast<std::uint8_t>(((255 - from[c]) * (255 - from[3]) + 127) / 255);
-            else
-                to[c] = from[isGray ? 0 : c];
-        }
-        to[3] = hasAlpha(layout) ? from[step - 1] : 255;
-    }
+    for (auto to = rgba.begin(); to != rgba.end(); to += 4, from += step)
+        std::ranges::copy(pixel(layout, from), to);
 }
 
 }  // namespace
@@ -117,7 +128,10 @@ bool ColourConversion::isIdentity() const {
 }
 
 void ColourConversion::convert(std::span<const std::uint8_t> samples, std::span<std::uint8_t> rgba) const {
-    expand(layout_, samples, rgba);
+    if (layout_ == Layout::rgba || layout_ == Layout::rgbx)
+        std::ranges::copy(samples, rgba.begin());
+    else
+        expand(layout_, samples, rgba);
     if (!transform_) return;
     // Alpha is no colour: lcms2 leaves that of the expanded pixels alone.
     cmsDoTransform(transform_.get(), fromRGBA_ ? rgba.data() : samples.data(), rgba.data(),

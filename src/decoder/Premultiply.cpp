@@ -16,6 +16,7 @@ std::uint8_t straight(unsigned colour, unsigned alpha) {
 void premultiply(std::span<std::uint8_t> rgba) {
     for (std::size_t i = 0; i + 3 < rgba.size(); i += 4) {
         const unsigned alpha = rgba[i + 3];
+        if (alpha == 255) continue;
         for (std::size_t c = i; c < i + 3; ++c)
             rgba[c] = static_cast<std::uint8_t>((rgba[c] * alpha + 127) / 255);
     }

@@ -25,8 +25,9 @@ constexpr std::array decodingCalls = {SCMP_SYS(read),         SCMP_SYS(pread64),
                                       SCMP_SYS(gettimeofday), SCMP_SYS(exit),       SCMP_SYS(exit_group)};
 
 constexpr std::array threadCalls = {
-    SCMP_SYS(set_robust_list), SCMP_SYS(rseq),   SCMP_SYS(rt_sigprocmask), SCMP_SYS(sched_getaffinity),
-    SCMP_SYS(sched_yield),     SCMP_SYS(gettid), SCMP_SYS(prctl),          SCMP_SYS(set_tid_address)};
+    SCMP_SYS(set_robust_list),   SCMP_SYS(rseq),        SCMP_SYS(rt_sigprocmask), SCMP_SYS(rt_sigaction),
+    SCMP_SYS(sched_getaffinity), SCMP_SYS(sched_yield), SCMP_SYS(gettid),         SCMP_SYS(prctl),
+    SCMP_SYS(set_tid_address)};
 
 /// The system calls that remain allowed.
 class AllowList {
@@ -74,23 +75,23 @@ void allowThreads(AllowList& list) {
     list.allow(SCMP_SYS(clone), SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD));
 }
 
-void filterCalls(Threads threads) {
+void filterCalls() {
     AllowList list;
     for (const int call : decodingCalls) list.allow(call);
     for (const int call : sandboxVariant().furtherCalls) list.allow(call);
     list.allow(SCMP_SYS(mmap), SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0));
     list.allow(SCMP_SYS(mprotect), SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0));
-    if (threads == Threads::some) allowThreads(list);
+    allowThreads(list);
     if (!list.load()) giveUp();
 }
 
 }  // namespace
 
-void enterSandbox(Threads threads) {
+void enterSandbox() {
     setLimits();
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) giveUp();
     const bool kernelFilters = prctl(PR_GET_SECCOMP, 0, 0, 0, 0) >= 0;
-    if (kernelFilters) filterCalls(threads);
+    if (kernelFilters) filterCalls();
 }
 
 }  // namespace quorvantis::decoder

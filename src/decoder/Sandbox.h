@@ -2,12 +2,9 @@
 
 namespace quorvantis::decoder {
 
-/// Whether a codec starts threads.
-enum class Threads { none, some };
-
 /// Takes from this process, for good, what decoding does not need: from here on it may read and write what is
-/// open, use 3 GiB of memory and 60 s of processor time, and end. Any other system call kills it. Where the
-/// kernel filters no system calls, the limits alone hold. Gives up when the system refuses.
-void enterSandbox(Threads threads);
+/// open, start threads, use 3 GiB of memory and 60 s of processor time, and end. Any other system call kills
+/// it. Where the kernel filters no system calls, the limits alone hold. Gives up when the system refuses.
+void enterSandbox();
 
 }  // namespace quorvantis::decoder

@@ -8,8 +8,8 @@
 #include "decoder/Colour.h"
 #include "decoder/Layout.h"
 #include "decoder/Orientation.h"
+#include "decoder/RowHasher.h"
 #include "imaging/DecodedPixels.h"
-#include "imaging/PixelHasher.h"
 
 namespace quorvantis::decoder {
 
@@ -54,7 +54,7 @@ class UprightPicture {
 
     PictureHeader header_;
     ColourConversion conversion_;
-    PixelHasher hasher_;
+    RowHasher hasher_;
     std::vector<std::uint8_t> row_;       // converted, when it goes into the hash at once
     std::vector<std::uint8_t> straight_;  // a premultiplied row on its way to another colour space
     std::vector<std::uint32_t> stored_;   // the converted rows so far, when the picture has to be turned

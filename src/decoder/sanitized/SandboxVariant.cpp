@@ -7,8 +7,9 @@ namespace quorvantis::decoder {
 
 // The address sanitizer reserves terabytes of addresses and looks at its own threads and stacks.
 SandboxVariant sandboxVariant() {
-    static const std::array calls = {SCMP_SYS(sigaltstack), SCMP_SYS(rt_sigaction), SCMP_SYS(gettid),
-                                     SCMP_SYS(prctl), SCMP_SYS(sched_yield)};
+    static const std::array calls = {
+        SCMP_SYS(sigaltstack),
+    };
     return {.limitsAddressSpace = false, .furtherCalls = calls};
 }
 

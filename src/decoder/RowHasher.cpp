@@ -1,0 +1,61 @@
+#include "decoder/RowHasher.h"
+
+namespace quorvantis::decoder {
+
+namespace {
+
+constexpr std::size_t blockSize = 256 * 1024;      // bytes
+constexpr std::int64_t smallPicture = 128 * 1024;  // pixels; a thread is not worth its start below
+
+}  // namespace
+
+RowHasher::RowHasher(std::int64_t width, std::int64_t height) : hasher_(width, height) {
+    if (width * height > smallPicture) thread_ = std::thread([this] { hashBlocks(); });
+}
+
+void RowHasher::update(std::span<const std::byte> pixels) {
+    if (!thread_.joinable()) return hasher_.update(pixels);
+    while (!pixels.empty()) {
+        const auto taken = pixels.first(std::min(pixels.size(), blockSize - filling().size()));
+        filling().insert(filling().end(), taken.begin(), taken.end());
+        pixels = pixels.subspan(taken.size());
+        if (filling().size() == blockSize) passOn();
+    }
+}
+
+std::optional<std::string> RowHasher::finish() {
+    if (thread_.joinable()) {
+        passOn();
+        {
+            const std::lock_guard lock(mutex_);
+            finished_ = true;
+        }
+        changed_.notify_all();
+        thread_.join();
+    }
+    return hasher_.finish();
+}
+
+/// Hands the block that is being filled to the thread, and waits for the next one to be free.
+void RowHasher::passOn() {
+    std::unique_lock lock(mutex_);
+    ++filled_;
+    changed_.notify_all();
+    changed_.wait(lock, [this] { return filled_ - hashed_ < blocks_.size(); });
+    filling().clear();
+}
+
+void RowHasher::hashBlocks() {
+    std::unique_lock lock(mutex_);
+    for (;;) {
+        changed_.wait(lock, [this] { return hashed_ < filled_ || finished_; });
+        if (hashed_ == filled_) return;
+        lock.unlock();
+        hasher_.update(blocks_[hashed_ % blocks_.size()]);
+        lock.lock();
+        ++hashed_;
+        changed_.notify_all();
+    }
+}
+
+}  // namespace quorvantis::decoder
