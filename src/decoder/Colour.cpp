@@ -103,7 +103,8 @@ void expand(Layout layout, std::span<const std::uint8_t> samples, std::span<std:
 }  // namespace
 
 ColourConversion::ColourConversion(const ColourSpace& space, Layout layout) : layout_(layout) {
-    if (space.profile.empty() && !space.calibration) return;
+    const bool calibrated = space.calibration && !meansSRGB(*space.calibration);
+    if (space.profile.empty() && !calibrated) return;
     const auto sRGB = owned(cmsCreate_sRGBProfile());
     const auto format = pixelFormat(layout);
     auto profile = owned(
@@ -111,7 +112,7 @@ ColourConversion::ColourConversion(const ColourSpace& space, Layout layout) : la
     if (profile &&
         static_cast<int>(T_COLORSPACE(format)) != _cmsLCMScolorSpace(cmsGetColorSpace(profile.get())))
         return;
-    if (!profile && space.calibration && !meansSRGB(*space.calibration)) {
+    if (!profile && calibrated) {
         profile = calibratedProfile(*space.calibration);
         fromRGBA_ = true;
     }

@@ -14,5 +14,9 @@ DecodedPixels readJPEG(const PictureFile& file);
 DecodedPixels readBMP(const PictureFile& file);
 DecodedPixels readICO(const PictureFile& file);
 DecodedPixels readGIF(const PictureFile& file);
+DecodedPixels readWebP(const PictureFile& file);
+DecodedPixels readTIFF(const PictureFile& file);
+DecodedPixels readHEIF(const PictureFile& file);
+DecodedPixels readJPEG2000(const PictureFile& file);
 
 }  // namespace quorvantis::decoder

@@ -7,6 +7,7 @@
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <time.h>
 
 #include "decoder/GiveUp.h"
 #include "decoder/SandboxVariant.h"
@@ -18,11 +19,11 @@ namespace {
 constexpr rlim_t memoryLimit = 3UL << 30;  // bytes of address space
 constexpr rlim_t timeLimit = 60;           // seconds of processor time
 
-constexpr std::array decodingCalls = {SCMP_SYS(read),         SCMP_SYS(pread64),    SCMP_SYS(write),
-                                      SCMP_SYS(fstat),        SCMP_SYS(newfstatat), SCMP_SYS(munmap),
-                                      SCMP_SYS(mremap),       SCMP_SYS(brk),        SCMP_SYS(madvise),
-                                      SCMP_SYS(getrandom),    SCMP_SYS(futex),      SCMP_SYS(clock_gettime),
-                                      SCMP_SYS(gettimeofday), SCMP_SYS(exit),       SCMP_SYS(exit_group)};
+constexpr std::array decodingCalls = {
+    SCMP_SYS(read),         SCMP_SYS(pread64),   SCMP_SYS(write),  SCMP_SYS(fstat),
+    SCMP_SYS(newfstatat),   SCMP_SYS(munmap),    SCMP_SYS(mremap), SCMP_SYS(brk),
+    SCMP_SYS(madvise),      SCMP_SYS(getrandom), SCMP_SYS(futex),  SCMP_SYS(clock_gettime),
+    SCMP_SYS(gettimeofday), SCMP_SYS(sysinfo),   SCMP_SYS(exit),   SCMP_SYS(exit_group)};
 
 constexpr std::array threadCalls = {
     SCMP_SYS(set_robust_list),   SCMP_SYS(rseq),        SCMP_SYS(rt_sigprocmask), SCMP_SYS(rt_sigaction),
@@ -88,6 +89,7 @@ void filterCalls() {
 }  // namespace
 
 void enterSandbox() {
+    tzset();  // lcms2 dates the profiles that it makes: read the time zone while files can be opened
     setLimits();
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) giveUp();
     const bool kernelFilters = prctl(PR_GET_SECCOMP, 0, 0, 0, 0) >= 0;

@@ -1,7 +1,12 @@
+#include <array>
+#include <string>
+#include <unistd.h>
+
 #include "decoder/Format.h"
 #include "decoder/GiveUp.h"
 #include "decoder/Readers.h"
 #include "decoder/Run.h"
+#include "platform/Executables.h"
 
 using namespace quorvantis::decoder;
 
@@ -13,6 +18,16 @@ Format format() {
     const auto recognised = recognisedFormat(std::span(start).first(size));
     if (!recognised) giveUp();
     return *recognised;
+}
+
+/// Libraries that take long to load are linked to programs of their own, beside this one.
+[[noreturn]] void become(const char* format) {
+    const auto self = quorvantis::platform::executablePath(getpid());
+    if (!self) giveUp();
+    std::string other = *self + "-" + format;
+    const std::array<char*, 2> arguments = {other.data(), nullptr};
+    execv(other.c_str(), arguments.data());
+    giveUp();
 }
 
 }  // namespace
@@ -29,7 +44,13 @@ int main() {
             run(readICO);
         case Format::gif:
             run(readGIF);
-        default:
-            giveUp();
+        case Format::webp:
+            run(readWebP);
+        case Format::jpeg2000:
+            run(readJPEG2000);
+        case Format::tiff:
+            become("tiff");
+        case Format::heif:
+            become("heif");
     }
 }
