@@ -97,6 +97,7 @@ class Decoder {
         if (!opj_decode(codec_.get(), stream_.get(), image_.get()) ||
             !opj_end_decompress(codec_.get(), stream_.get()))
             giveUp();
+        if (image_->numcomps == 0) giveUp();
         for (std::uint32_t i = 0; i < image_->numcomps; ++i) components_.emplace_back(image_->comps[i]);
     }
 
@@ -108,7 +109,8 @@ class Decoder {
         PictureHeader header;
         header.size = size();
         header.layout = layout();
-        header.premultiplied = hasAlpha(header.layout) && image_->comps[components_.size() - 1].alpha == 2;
+        header.premultiplied =
+            hasAlpha(header.layout) && image_->comps[samplesPerPixel(header.layout) - 1].alpha == 2;
         if (image_->icc_profile_len > 0)
             header.colours.profile = {image_->icc_profile_buf,
                                       image_->icc_profile_buf + image_->icc_profile_len};
@@ -132,13 +134,10 @@ class Decoder {
 
     Layout layout() const {
         const auto count = components_.size();
-        if (count == 4 && image_->color_space == OPJ_CLRSPC_CMYK) return Layout::cmyk;
-        const bool alpha = count > 0 && components_.back().isAlpha();
-        if (count == 1) return Layout::gray;
-        if (count == 2 && alpha) return Layout::grayAlpha;
+        if (count >= 4 && image_->color_space == OPJ_CLRSPC_CMYK) return Layout::cmyk;
+        if (count >= 4) return components_[3].isAlpha() ? Layout::rgba : Layout::rgb;
         if (count == 3) return Layout::rgb;
-        if (count == 4 && alpha) return Layout::rgba;
-        giveUp();
+        return count == 2 && components_[1].isAlpha() ? Layout::grayAlpha : Layout::gray;
     }
 
     Position position_;

@@ -76,13 +76,12 @@ class Palette {
         const std::size_t count = std::size_t{1} << tiff.bits();
         if (tiff.bits() > 8 || !TIFFGetField(tiff.handle(), TIFFTAG_COLORMAP, &maps[0], &maps[1], &maps[2]))
             giveUp();
-        // Some writers forget that the values have 16 bits.
+        // Some writers forget that the values have 16 bits; others multiply by 256, not 257.
         const bool narrow = std::ranges::all_of(
             maps, [&](const std::uint16_t* map) { return *std::max_element(map, map + count) < 256; });
         for (std::size_t i = 0; i < count; ++i)
             for (std::size_t c = 0; c < 3; ++c)
-                colours_[i][c] =
-                    static_cast<std::uint8_t>(narrow ? maps[c][i] : (maps[c][i] * 255U + 32767) / 65535);
+                colours_[i][c] = static_cast<std::uint8_t>(narrow ? maps[c][i] : maps[c][i] >> 8);
     }
 
     const std::array<std::uint8_t, 3>& operator[](std::size_t index) const { return colours_[index]; }
