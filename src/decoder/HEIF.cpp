@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <libheif/heif.h>
 #include <memory>
 
@@ -64,7 +65,8 @@ void addRows(const heif_image* image, UprightPicture& picture, const Size& size)
     std::vector<std::uint8_t> row(picture.rowSize());
     for (std::int64_t y = 0; y < size.height; ++y, pixels += stride) {
         for (std::size_t i = 0; i < row.size(); ++i) {
-            const unsigned deep = most > 255 ? pixels[2 * i] | unsigned{pixels[2 * i + 1]} << 8 : pixels[i];
+            const unsigned value = most > 255 ? pixels[2 * i] | unsigned{pixels[2 * i + 1]} << 8 : pixels[i];
+            const unsigned deep = std::min(value, most);  // libheif makes opaque alpha 65535
             row[i] = static_cast<std::uint8_t>((deep * 255 + most / 2) / most);
         }
         picture.addRow(row);
