@@ -44,8 +44,10 @@ bool areAlike(cmsHPROFILE one, cmsHPROFILE other) {
         const auto* a = static_cast<const cmsToneCurve*>(cmsReadTag(one, tag));
         const auto* b = static_cast<const cmsToneCurve*>(cmsReadTag(other, tag));
         if (!a || !b) return false;
-        for (float x = 0; x <= 1; x += 1.0F / 32)
+        for (int i = 0; i <= 32; ++i) {
+            const float x = static_cast<float>(i) / 32;
             if (std::abs(cmsEvalToneCurveFloat(a, x) - cmsEvalToneCurveFloat(b, x)) > 0.001F) return false;
+        }
     }
     return true;
 }

@@ -4,8 +4,8 @@ namespace quorvantis::decoder {
 
 namespace {
 
-constexpr std::size_t blockSize = 256 * 1024;      // bytes
-constexpr std::int64_t smallPicture = 128 * 1024;  // pixels; a thread is not worth its start below
+constexpr std::size_t blockSize = 262'144;      // bytes
+constexpr std::int64_t smallPicture = 131'072;  // pixels; below, a thread is not worth its start
 
 }  // namespace
 

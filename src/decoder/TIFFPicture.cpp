@@ -50,35 +50,39 @@ TIFF* openFirst(const PictureFile& file) {
 }  // namespace
 
 TIFFPicture::TIFFPicture(const PictureFile& file) : tiff_(openFirst(file), &TIFFClose) {
+    width_ = longField(TIFFTAG_IMAGEWIDTH);
+    height_ = longField(TIFFTAG_IMAGELENGTH);
     bits_ = field(TIFFTAG_BITSPERSAMPLE);
     samples_ = field(TIFFTAG_SAMPLESPERPIXEL);
-    if (!isWithinPixelBudget(width(), height()) || bits_ < 1 || bits_ > 16 || samples_ < 1) giveUp();
+    if (!isWithinPixelBudget(width_, height_) || bits_ < 1 || bits_ > 16 || samples_ < 1) giveUp();
     // As libjpeg converts it; strips and tiles then hold red, green and blue.
     if (field(TIFFTAG_COMPRESSION) == COMPRESSION_JPEG && field(TIFFTAG_PHOTOMETRIC) == PHOTOMETRIC_YCBCR)
         TIFFSetField(handle(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
-    planes_ = field(TIFFTAG_PLANARCONFIG) == PLANARCONFIG_SEPARATE ? samples_ : 1;
+    planes_ = field(TIFFTAG_PLANARCONFIG) == PLANARCONFIG_SEPARATE ? samples_ : std::uint16_t{1};
     tiled_ = TIFFIsTiled(handle()) != 0;
-    chunkWidth_ = tiled_ ? field(TIFFTAG_TILEWIDTH) : width();
-    chunkHeight_ = tiled_ ? field(TIFFTAG_TILELENGTH) : std::min(field(TIFFTAG_ROWSPERSTRIP), height());
+    chunkWidth_ = tiled_ ? longField(TIFFTAG_TILEWIDTH) : width_;
+    chunkHeight_ =
+        tiled_ ? longField(TIFFTAG_TILELENGTH) : std::min(longField(TIFFTAG_ROWSPERSTRIP), height_);
     if (chunkWidth_ == 0 || chunkHeight_ == 0) giveUp();
     const std::size_t samplesTogether = samples_ / planes_;
     chunkRowSize_ = (std::size_t{chunkWidth_} * samplesTogether * bits_ + 7) / 8;
 }
 
-std::uint32_t TIFFPicture::field(std::uint32_t tag) const {
-    const bool isLong = tag == TIFFTAG_IMAGEWIDTH || tag == TIFFTAG_IMAGELENGTH ||
-                        tag == TIFFTAG_ROWSPERSTRIP || tag == TIFFTAG_TILEWIDTH || tag == TIFFTAG_TILELENGTH;
-    std::uint32_t longValue = 0;
-    std::uint16_t shortValue = 0;
-    if (isLong) return TIFFGetFieldDefaulted(handle(), tag, &longValue) ? longValue : 0;
-    return TIFFGetFieldDefaulted(handle(), tag, &shortValue) ? shortValue : 0;
+std::uint16_t TIFFPicture::field(std::uint32_t tag) const {
+    std::uint16_t value = 0;
+    return TIFFGetFieldDefaulted(handle(), tag, &value) ? value : std::uint16_t{0};
+}
+
+std::uint32_t TIFFPicture::longField(std::uint32_t tag) const {
+    std::uint32_t value = 0;
+    return TIFFGetFieldDefaulted(handle(), tag, &value) ? value : 0;
 }
 
 std::span<const std::uint8_t> TIFFPicture::readRows(std::uint32_t top, bool scaled) {
-    const std::uint32_t rows = std::min(chunkHeight_, height() - top);
-    rows_.resize(std::size_t{rows} * width() * samples_);
+    const std::uint32_t rows = std::min(chunkHeight_, height_ - top);
+    rows_.resize(std::size_t{rows} * width_ * samples_);
     for (std::uint16_t plane = 0; plane < planes_; ++plane)
-        for (std::uint32_t left = 0; left < width(); left += chunkWidth_) {
+        for (std::uint32_t left = 0; left < width_; left += chunkWidth_) {
             readChunk(left, top, plane);
             takeChunk(left, rows, plane, scaled);
         }
@@ -86,7 +90,7 @@ std::span<const std::uint8_t> TIFFPicture::readRows(std::uint32_t top, bool scal
 }
 
 void TIFFPicture::readChunk(std::uint32_t left, std::uint32_t top, std::uint16_t plane) {
-    const std::uint32_t rows = tiled_ ? chunkHeight_ : std::min(chunkHeight_, height() - top);
+    const std::uint32_t rows = tiled_ ? chunkHeight_ : std::min(chunkHeight_, height_ - top);
     const auto wanted = static_cast<tmsize_t>(rows * chunkRowSize_);
     chunk_.resize(static_cast<std::size_t>(wanted));
     const auto count = tiled_ ? TIFFReadEncodedTile(handle(), TIFFComputeTile(handle(), left, top, 0, plane),
@@ -98,10 +102,10 @@ void TIFFPicture::readChunk(std::uint32_t left, std::uint32_t top, std::uint16_t
 
 void TIFFPicture::takeChunk(std::uint32_t left, std::uint32_t rows, std::uint16_t plane, bool scaled) {
     const std::size_t together = samples_ / planes_;
-    const std::size_t columns = std::min(chunkWidth_, width() - left);
+    const std::size_t columns = std::min(chunkWidth_, width_ - left);
     const std::uint32_t most = (1U << bits_) - 1;
     for (std::size_t y = 0; y < rows; ++y) {
-        auto* to = &rows_[(y * width() + left) * samples_ + plane];
+        auto* to = &rows_[(y * width_ + left) * samples_ + plane];
         for (std::size_t i = 0; i < columns * together; ++i) {
             const std::uint32_t value = sample(y, i);
             *to = static_cast<std::uint8_t>(scaled ? (value * 255 + most / 2) / most : value);

@@ -19,11 +19,11 @@ class TIFFPicture {
 
     TIFF* handle() const { return tiff_.get(); }
 
-    /// A numeric field, or its default value.
-    std::uint32_t field(std::uint32_t tag) const;
+    /// A field of 16 bits, or its default value; 0 when it has none.
+    std::uint16_t field(std::uint32_t tag) const;
 
-    std::uint32_t width() const { return field(TIFFTAG_IMAGEWIDTH); }
-    std::uint32_t height() const { return field(TIFFTAG_IMAGELENGTH); }
+    std::uint32_t width() const { return width_; }
+    std::uint32_t height() const { return height_; }
     std::uint32_t bits() const { return bits_; }
     std::uint32_t samples() const { return samples_; }  // a pixel
 
@@ -35,12 +35,14 @@ class TIFFPicture {
     std::span<const std::uint8_t> readRows(std::uint32_t top, bool scaled);
 
   private:
+    std::uint32_t longField(std::uint32_t tag) const;
     void readChunk(std::uint32_t left, std::uint32_t top, std::uint16_t plane);
     void takeChunk(std::uint32_t left, std::uint32_t rows, std::uint16_t plane, bool scaled);
     std::uint32_t sample(std::size_t row, std::size_t index) const;
 
     std::unique_ptr<TIFF, decltype(&TIFFClose)> tiff_;
-    std::uint32_t bits_, samples_, planes_;
+    std::uint32_t width_, height_;
+    std::uint16_t bits_, samples_, planes_;
     bool tiled_;
     std::uint32_t chunkWidth_, chunkHeight_;  // of a strip or tile, in pixels
     std::size_t chunkRowSize_;                // bytes

@@ -22,7 +22,7 @@ constexpr int pictureDescriptor = 3;  // where the decoder expects it
 /// Beside the running executable, or where an installation keeps it.
 std::string decoderPath() {
     const std::string folder = parentPath(platform::executablePath(getpid()).value_or("/"));
-    const std::string beside = joinedPath(folder, "quorvantis-image-decoder");
+    std::string beside = joinedPath(folder, "quorvantis-image-decoder");
     if (access(beside.c_str(), X_OK) == 0) return beside;
     return joinedPath(folder, "../libexec/quorvantis/quorvantis-image-decoder");
 }

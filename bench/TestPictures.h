@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+namespace quorvantis::bench {
+
+/// Writes a picture like a photograph, smooth with some grain, as JPEG of quality 90, baseline, 4:2:0.
+void writeJPEG(const std::string& path, int width, int height);
+
+/// The same as PNG, RGB, not interlaced.
+void writePNG(const std::string& path, int width, int height);
+
+/// Decode a picture with its library alone, row by row, and throw the rows away.
+void decodeJPEG(const std::string& path);
+void decodePNG(const std::string& path);
+
+}  // namespace quorvantis::bench
