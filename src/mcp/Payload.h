@@ -26,6 +26,12 @@ inline bool isString(JSON value) {
 inline bool isNumber(JSON value) {
     return value.kind() == JSON::Kind::number;
 }
+inline bool isInteger(JSON value) {
+    return value.integer().has_value();
+}
+inline bool isBoolean(JSON value) {
+    return value.kind() == JSON::Kind::boolean;
+}
 inline bool isArrayOfStrings(JSON value) {
     return value.isArrayOf(JSON::Kind::string);
 }

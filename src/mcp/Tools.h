@@ -20,6 +20,7 @@ struct Tool {
     JSONText (*handler)(JSON arguments, const BrokerIdentity& identity);
 };
 
+/// The tools, a row each, in the order in which they are listed.
 std::span<const Tool> tools();
 
 /// The array that answers "tools/list".

@@ -1,0 +1,63 @@
+#include "imaging/ImageReferences.h"
+
+#include <algorithm>
+#include <array>
+
+#include "support/Characters.h"
+
+namespace quorvantis::ImageReferences {
+
+namespace {
+
+constexpr std::size_t hashDigits = 64;
+
+// What the platform's regular expressions let stand between the end of a pattern and the end of the text.
+constexpr std::array<std::string_view, 9> lineEnds = {"",     "\n",     "\v",     "\f",    "\r",
+                                                      "\r\n", "\u0085", "\u2028", "\u2029"};
+
+bool isHexDigit(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+bool isLetterOrDigit(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+bool startsWithHash(std::string_view text) {
+    return text.size() >= hashDigits && std::all_of(text.begin(), text.begin() + hashDigits, isHexDigit);
+}
+
+/// Whether the text from `start` on, which begins with the prefix, begins with a whole reference.
+bool isReferenceAt(std::string_view prompt, std::size_t start) {
+    const std::string_view digits = prompt.substr(start + prefix.size());
+    if (!startsWithHash(digits)) return false;
+    return digits.size() == hashDigits || !isLetterOrDigit(digits[hashDigits]);
+}
+
+}  // namespace
+
+std::optional<std::string> assetHash(std::string_view reference) {
+    if (!reference.starts_with(prefix)) return std::nullopt;
+    const std::string_view rest = reference.substr(prefix.size());
+    if (!startsWithHash(rest)) return std::nullopt;
+    const std::string_view end = rest.substr(hashDigits);
+    if (std::find(lineEnds.begin(), lineEnds.end(), end) == lineEnds.end()) return std::nullopt;
+    return lowerCased(rest);
+}
+
+std::vector<std::string> inPrompt(std::string_view prompt) {
+    std::vector<std::string> references;
+    for (std::size_t at = 0; (at = prompt.find(prefix, at)) != prompt.npos;) {
+        if (!isReferenceAt(prompt, at)) {
+            ++at;
+            continue;
+        }
+        const std::size_t end = at + prefix.size() + hashDigits;
+        if (isCharacterBoundary(prompt, at) && isCharacterBoundary(prompt, end))
+            references.emplace_back(prompt.substr(at, end - at));
+        at = end;
+    }
+    return references;
+}
+
+}  // namespace quorvantis::ImageReferences

@@ -1,0 +1,81 @@
+#include "mcp/AttachmentIdentities.h"
+
+#include <string>
+#include <vector>
+
+#include "imaging/AttachmentIdentity.h"
+#include "support/Characters.h"
+#include "support/Paths.h"
+
+namespace quorvantis::QuorvantisMCP {
+
+namespace {
+
+constexpr std::size_t identifierLength = 64;  // characters
+
+/// A text of the right length, in lower case; what its characters are is the broker's to judge.
+std::optional<std::string> identifier(JSON value) {
+    const auto text = value.string();
+    if (!text || characterCount(*text) != identifierLength) return std::nullopt;
+    return lowerCased(*text);
+}
+
+/// The pixels' hash, width and height: all three or none.
+void writePixels(JSON attachment, JSONWriter& writer) {
+    const bool hasSnakeCaseHash = attachment["pixel_hash"].string().has_value();
+    const auto hash = identifier(attachment[hasSnakeCaseHash ? "pixel_hash" : "pixelHash"]);
+    const auto integer = [&](const char* key, const char* otherKey) {
+        return attachment[key].integer() ? attachment[key] : attachment[otherKey];
+    };
+    const JSON width = integer("pixel_width", "pixelWidth");
+    const JSON height = integer("pixel_height", "pixelHeight");
+    if (hash && width.integer() && height.integer())
+        writer.members("pixelHash", *hash, "pixelWidth", width, "pixelHeight", height);
+}
+
+/// False when the attachment names neither an asset nor a hash.
+bool writeNamed(JSON attachment, JSONWriter& writer) {
+    const auto asset = identifier(attachment["asset_id"]);
+    const auto hash = identifier(attachment["sha256"]);
+    if (!asset && !hash) return false;
+    writer.beginObject();
+    if (asset) {
+        writer.members("assetID", *asset);
+    } else {
+        writer.members("sha256", *hash);
+        writePixels(attachment, writer);
+    }
+    writer.endObject();
+    return true;
+}
+
+std::vector<std::string> filePaths(JSON::Elements attachments) {
+    std::vector<std::string> paths;
+    for (const JSON attachment : attachments)
+        if (const auto path = attachment["file_path"].string()) paths.push_back(absolutePath(*path));
+    return paths;
+}
+
+}  // namespace
+
+std::optional<JSONText> attachmentIdentities(JSON::Elements attachments) {
+    const auto files = HelperIO::attachmentIdentities(filePaths(attachments));
+    auto file = files.begin();
+    JSONWriter identities(Slashes::bare);
+    identities.beginArray();
+    for (const JSON attachment : attachments) {
+        if (!attachment["file_path"].string()) {
+            if (!writeNamed(attachment, identities)) return std::nullopt;
+        } else if (!*file) {
+            return std::nullopt;  // dropped: the agent is told to name the image, not why the file cannot be
+                                  // read
+        } else {
+            Coding<AttachmentIdentity>::encode(**file++, identities);
+        }
+    }
+    identities.endArray();
+    if (attachments.empty()) return std::nullopt;
+    return JSONText{identities.take()};
+}
+
+}  // namespace quorvantis::QuorvantisMCP

@@ -1,0 +1,173 @@
+#include <array>
+
+#include "mcp/Assets.h"
+#include "mcp/History.h"
+#include "mcp/IntegrationStatus.h"
+#include "mcp/PromptImages.h"
+#include "mcp/Tools.h"
+
+namespace quorvantis::QuorvantisMCP {
+
+namespace {
+
+constexpr std::array<Tool, 8> table = {{
+    {
+        .name = "resolve_image_references",
+        .description =
+            "Turns image references that the user pasted into the current prompt (\"quorvantis://image/\" and 64 "
+            "hexadecimal digits) into exact copies of the original images in your workspace. Choose it whenever such "
+            "references stand in the prompt: it is the most reliable way to an image. Returns \"matched\", "
+            "\"confidence\" and \"images\", each with its \"workspace_path\", which you then read as a file, and "
+            "\"asset_id\", \"uti\", \"byte_count\", and where known \"width\" and \"height\". For images attached in "
+            "another way use resolve_current_prompt_images. Never make references up. If Quorvantis refuses, tell "
+            "the user what it says.",
+        .inputSchema =
+            R"({"type":"object","properties":{)"
+            R"("references":{"type":"array","items":{"type":"string"},"minItems":1,"maxItems":50,"description":)"
+            R"("The references exactly as they stand in the user's prompt, 1 to 50."},)"
+            R"("workspace_root":{"type":"string","description":)"
+            R"("Absolute path of your workspace folder, which receives the files."},)"
+            R"("session_id":{"type":"string","description":"Identifier of your client's session, if you know it."},)"
+            R"("turn_id":{"type":"string","description":"Identifier of the current turn, if you know it."})"
+            R"(},"required":["references","workspace_root"]})",
+        .readOnly = false,
+        .onlyAgent = {},
+        .handler = resolveReferences,
+    },
+    {
+        .name = "resolve_current_prompt_images",
+        .description =
+            "Finds the originals of images attached to the current prompt and copies them into your workspace. Choose "
+            "it when you have an attached image as a local file, an asset identifier from another Quorvantis tool, or "
+            "the image's hashes; when the prompt holds quorvantis://image/ references use resolve_image_references. "
+            "Give every attachment one identity: \"file_path\", else \"asset_id\", else \"sha256\", with \"pixel_hash\", "
+            "\"pixel_width\" and \"pixel_height\" where you have all three. Returns \"matched\", \"confidence\" and "
+            "\"images\", each with its \"workspace_path\". A chat preview that was scaled down matches nothing: ask the "
+            "user for the image's reference from Quorvantis instead of trying again.",
+        .inputSchema =
+            R"({"type":"object","properties":{)"
+            R"("attachments":{"type":"array","minItems":1,"description":)"
+            R"("The attached images, each with one identity.","items":{"type":"object","properties":{)"
+            R"("file_path":{"type":"string","description":"Path of the image as a local file; enough by itself."},)"
+            R"("asset_id":{"type":"string","description":"Asset identifier, 64 hexadecimal digits."},)"
+            R"("sha256":{"type":"string","description":"SHA-256 of the image file, 64 hexadecimal digits."},)"
+            R"("pixel_hash":{"type":"string","description":"Hash of the decoded pixels, 64 hexadecimal digits."},)"
+            R"("pixel_width":{"type":"integer","description":"Width in pixels as the file declares it."},)"
+            R"("pixel_height":{"type":"integer","description":"Height in pixels as the file declares it."})"
+            R"(},"required":[]}},)"
+            R"("workspace_root":{"type":"string","description":)"
+            R"("Absolute path of your workspace folder, which receives the files."},)"
+            R"("session_id":{"type":"string","description":"Identifier of your client's session, if you know it."},)"
+            R"("turn_id":{"type":"string","description":"Identifier of the current turn, if you know it."})"
+            R"(},"required":["attachments","workspace_root"]})",
+        .readOnly = false,
+        .onlyAgent = {},
+        .handler = resolve,
+    },
+    {
+        .name = "materialize_asset",
+        .description =
+            "Copies one image of the current prompt, named by its asset_id, into your workspace, bit for bit. Choose it "
+            "when you have an asset_id from another Quorvantis tool and need the file itself; use get_asset_metadata "
+            "when facts about the image are enough, and resolve_image_references for references from the prompt. "
+            "Returns \"workspace_path\", which you then read as a file, \"relative_path\", \"bit_exact\", and "
+            "\"conversion\", always null. If the asset is unavailable, it is not part of the current prompt: ask the "
+            "user to share the image again.",
+        .inputSchema =
+            R"({"type":"object","properties":{)"
+            R"("asset_id":{"type":"string","description":"Asset identifier, 64 hexadecimal digits."},)"
+            R"("workspace_root":{"type":"string","description":)"
+            R"("Absolute path of your workspace folder, which receives the file."})"
+            R"(},"required":["asset_id","workspace_root"]})",
+        .readOnly = false,
+        .onlyAgent = {},
+        .handler = materialize,
+    },
+    {
+        .name = "get_asset_metadata",
+        .description =
+            "Describes one image of the current prompt, named by its asset_id, without copying it: \"asset_id\", "
+            "\"entry_id\", \"uti\" (its type), \"byte_count\", \"bit_exact\", and where known \"width\", \"height\" and "
+            "\"pixel_hash\". Choose it to decide whether you need the image; to look at it use materialize_asset. If the "
+            "asset is unavailable, it is not part of the current prompt: ask the user to share the image again.",
+        .inputSchema =
+            R"({"type":"object","properties":{)"
+            R"("asset_id":{"type":"string","description":"Asset identifier, 64 hexadecimal digits."})"
+            R"(},"required":["asset_id"]})",
+        .readOnly = true,
+        .onlyAgent = {},
+        .handler = metadata,
+    },
+    {
+        .name = "get_integration_status",
+        .description =
+            "Tells whether the Quorvantis desktop application, which keeps the user's clipboard history and images, "
+            "can be reached, and what it lets you read. Returns \"connected\", your \"agent\" identifier and what "
+            "the application reports of itself, such as whether you have full-history access. Call it when another "
+            "Quorvantis tool failed and you want to tell the user why, not before every call: the other tools say "
+            "by themselves what went wrong. If it fails, Quorvantis is not running or does not accept this "
+            "connection: ask the user to open Quorvantis; trying again at once does not help.",
+        .inputSchema = R"({"type":"object","properties":{},"required":[]})",
+        .readOnly = true,
+        .onlyAgent = {},
+        .handler = getIntegrationStatus,
+    },
+    {
+        .name = "search_clipboard_history",
+        .description =
+            "Searches what the user has copied on this computer, in any application: text, code, links, file paths. "
+            "Choose it when the user refers to something copied earlier (\"the link I copied this morning\"). Returns "
+            "\"matched\" and \"items\"; each item has \"entry_id\", \"created_at\", \"kind\", \"preview\" and "
+            "\"detail\", and where known \"source_application\", the full \"text\" and \"file_paths\". Long texts "
+            "fill your context: ask for a small limit first, and use get_clipboard_item when you already have an "
+            "entry_id. If nothing matches, try fewer or other words. If Quorvantis refuses, the user has not given "
+            "you access to the whole history: say so and go on without it; do not try again.",
+        .inputSchema = R"({"type":"object","properties":{)"
+                       R"("query":{"type":"string","minLength":1,"description":)"
+                       R"("Words to look for, as they would stand in what was copied. Must not be blank."},)"
+                       R"("limit":{"type":"integer","minimum":1,"maximum":100,"default":20,"description":)"
+                       R"("The most items to return, 1 to 100; 20 when left out."})"
+                       R"(},"required":["query"]})",
+        .readOnly = true,
+        .onlyAgent = {},
+        .handler = searchHistory,
+    },
+    {
+        .name = "get_clipboard_item",
+        .description =
+            "Returns one entry of the user's clipboard history by its identifier: \"entry_id\", \"created_at\", "
+            "\"kind\", \"preview\" and \"detail\", and where known \"source_application\", the full \"text\" and "
+            "\"file_paths\". Choose it when you have an entry_id from search_clipboard_history or from the user and "
+            "need that one entry; to find entries by their content use search_clipboard_history. A long text fills "
+            "your context. If the entry is unavailable, the user has removed it or the identifier is wrong: search "
+            "again instead of guessing.",
+        .inputSchema = R"({"type":"object","properties":{)"
+                       R"("entry_id":{"type":"string","description":)"
+                       R"("The entry's identifier, exactly as search_clipboard_history returned it."})"
+                       R"(},"required":["entry_id"]})",
+        .readOnly = true,
+        .onlyAgent = {},
+        .handler = getHistoryItem,
+    },
+    {
+        .name = "get_current_prompt_assets",
+        .description =
+            "Returns exact workspace copies of the images in the user's latest prompt, without your naming them, as far "
+            "as the client's prompt hook has confirmed them. Choose it first when the user speaks of an attached image "
+            "and the prompt holds no quorvantis://image/ reference. Returns \"matched\", \"images\", each with its "
+            "\"workspace_path\", and \"next_step\", which says what to do now: follow it. When nothing matched, calling "
+            "again does not help.",
+        .inputSchema = R"({"type":"object","properties":{},"required":[]})",
+        .readOnly = true,
+        .onlyAgent = "cursor",
+        .handler = currentPromptAssets,
+    },
+}};
+
+}  // namespace
+
+std::span<const Tool> tools() {
+    return table;
+}
+
+}  // namespace quorvantis::QuorvantisMCP

@@ -1,0 +1,63 @@
+#include "support/Characters.h"
+
+#include <array>
+#include <cstdint>
+#include <utf8proc.h>
+
+namespace quorvantis {
+
+namespace {
+
+constexpr std::int32_t capitalIWithDot = 0x130;
+
+/// Takes the first code point off the text.
+std::int32_t takeCodePoint(std::string_view& text) {
+    std::int32_t codePoint = 0;
+    const auto size = utf8proc_iterate(reinterpret_cast<const std::uint8_t*>(text.data()),
+                                       static_cast<utf8proc_ssize_t>(text.size()), &codePoint);
+    text.remove_prefix(size > 0 ? static_cast<std::size_t>(size) : 1);
+    return codePoint;
+}
+
+void append(std::string& text, std::int32_t codePoint) {
+    std::array<std::uint8_t, 4> bytes;
+    const auto size = utf8proc_encode_char(codePoint, bytes.data());
+    text.append(reinterpret_cast<const char*>(bytes.data()), static_cast<std::size_t>(size));
+}
+
+}  // namespace
+
+std::size_t characterCount(std::string_view text) {
+    if (text.empty()) return 0;
+    std::size_t count = 1;
+    std::int32_t state = 0;
+    for (std::int32_t last = takeCodePoint(text); !text.empty();) {
+        const std::int32_t next = takeCodePoint(text);
+        if (utf8proc_grapheme_break_stateful(last, next, &state)) ++count;
+        last = next;
+    }
+    return count;
+}
+
+bool isCharacterBoundary(std::string_view text, std::size_t place) {
+    if (place == 0 || place == text.size()) return true;
+    std::size_t before = place - 1;
+    while (before > 0 && (text[before] & 0xC0) == 0x80) --before;
+    std::string_view rest = text.substr(before);
+    const std::int32_t last = takeCodePoint(rest);
+    return utf8proc_grapheme_break(last, takeCodePoint(rest));
+}
+
+std::string lowerCased(std::string_view text) {
+    std::string lower;
+    while (!text.empty()) {
+        const std::int32_t codePoint = takeCodePoint(text);
+        if (codePoint == capitalIWithDot)
+            lower += "i\u0307";  // the only one that becomes two code points: utf8proc maps one to one
+        else
+            append(lower, utf8proc_tolower(codePoint));
+    }
+    return lower;
+}
+
+}  // namespace quorvantis
