@@ -1,7 +1,5 @@
 #include "mcp/PromptImages.h"
 
-#include <algorithm>
-
 #include "broker/BrokerClient.h"
 #include "cli/HelperFailure.h"
 #include "imaging/ImageReferences.h"
@@ -55,7 +53,7 @@ JSONText resolve(JSON arguments, const BrokerIdentity& identity) {
 
 JSONText resolveReferences(JSON arguments, const BrokerIdentity& identity) {
     const JSON references = arguments["references"];
-    const auto count = std::distance(references.elements().begin(), references.elements().end());
+    const auto count = references.elements().count();
     if (!references.isArrayOf(JSON::Kind::string) || count < 1 || count > mostReferences)
         throw HelperFailure::invalidArguments(
             "Provide the quorvantis://image/ references explicitly shared in the current user prompt.");

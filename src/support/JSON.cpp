@@ -52,6 +52,12 @@ JSON JSON::operator[](std::string_view key) const {
     return find(key).value_or(JSON());
 }
 
+std::size_t JSON::Elements::count() const {
+    std::size_t count = 0;
+    for (auto element = begin(); element != end(); ++element) ++count;
+    return count;
+}
+
 bool JSON::isArrayOf(Kind elementKind) const {
     if (kind() != Kind::array) return false;
     for (const JSON element : elements())

@@ -86,6 +86,8 @@ class JSON::Elements {
     Iterator end() const { return {end_}; }
     bool empty() const { return first_ == end_; }
     JSON front() const { return JSON(first_); }
+    /// Counts them one by one.
+    std::size_t count() const;
 
   private:
     const JSONNode* first_;
