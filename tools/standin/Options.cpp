@@ -11,6 +11,7 @@ namespace quorvantis::standin {
 
 const char* const helpText =
     "Usage: quorvantis-standin --folder DIR [--agent AGENT]... [--history FILE] [--refuse-history]\n"
+    "                          [--images DIR [--prompt-image NAME]... [--workspace DIR]]\n"
     "       quorvantis-standin --folder DIR [--history FILE] --add TEXT\n"
     "\n"
     "Stands in for the Quorvantis desktop application: prepares an application-support\n"
@@ -21,16 +22,23 @@ const char* const helpText =
     "                         may be given more than once; codex when left out\n"
     "  -H, --history FILE     the history to serve; history.json in the folder when left out\n"
     "  -r, --refuse-history   refuse the history, as for an agent without access to it\n"
+    "  -i, --images DIR       a folder of images to recognise and to hand out copies of\n"
+    "  -p, --prompt-image NAME\n"
+    "                         an image of that folder in the current prompt of a cursor session\n"
+    "  -w, --workspace DIR    the workspace of that session; the current folder when left out\n"
     "  -t, --add TEXT         add a text to the history and exit\n"
     "  -h, --help             print this and exit\n";
 
 namespace {
 
-constexpr std::array<option, 7> longOptions = {{
+constexpr std::array<option, 10> longOptions = {{
     {"folder", required_argument, nullptr, 'f'},
     {"agent", required_argument, nullptr, 'a'},
     {"history", required_argument, nullptr, 'H'},
     {"refuse-history", no_argument, nullptr, 'r'},
+    {"images", required_argument, nullptr, 'i'},
+    {"prompt-image", required_argument, nullptr, 'p'},
+    {"workspace", required_argument, nullptr, 'w'},
     {"add", required_argument, nullptr, 't'},
     {"help", no_argument, nullptr, 'h'},
     {nullptr, 0, nullptr, 0},
@@ -46,6 +54,9 @@ void take(Options& options, int letter, const char* word) {
         case 'a': options.agents.emplace_back(optarg); return;
         case 'H': options.history = absolutePath(optarg); return;
         case 'r': options.refusesHistory = true; return;
+        case 'i': options.images = absolutePath(optarg); return;
+        case 'p': options.promptImages.emplace_back(optarg); return;
+        case 'w': options.workspace = absolutePath(optarg); return;
         case 't': options.addedText = optarg; return;
         case 'h': options.wantsHelp = true; return;
         case ':': fail(std::string("The option ") + word + " needs a value.");
@@ -56,6 +67,7 @@ void take(Options& options, int letter, const char* word) {
 void complete(Options& options) {
     if (options.folder.empty()) fail("Name a folder with --folder.");
     if (options.history.empty()) options.history = joinedPath(options.folder, "history.json");
+    if (options.workspace.empty()) options.workspace = absolutePath("");
     if (options.agents.empty()) options.agents = {"codex"};
     for (const std::string& agent : options.agents)
         if (!AgentIdentifier::isValid(agent)) fail("\"" + agent + "\" is no agent identifier.");
@@ -67,7 +79,7 @@ Options parsedOptions(int count, char** arguments) {
     Options options;
     opterr = 0;
     for (int letter;
-         (letter = getopt_long(count, arguments, ":f:a:H:rt:h", longOptions.data(), nullptr)) != -1;)
+         (letter = getopt_long(count, arguments, ":f:a:H:ri:p:w:t:h", longOptions.data(), nullptr)) != -1;)
         take(options, letter, arguments[optind - 1]);
     if (optind < count) fail(std::string("Unexpected argument ") + arguments[optind] + ".");
     if (!options.wantsHelp) complete(options);

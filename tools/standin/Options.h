@@ -11,7 +11,10 @@ struct Options {
     std::string folder;
     std::string history;
     std::vector<std::string> agents;
-    std::optional<std::string> addedText;  // to add to the history, instead of serving
+    std::string images;                     // the folder of images to know; empty: none
+    std::vector<std::string> promptImages;  // file names in it
+    std::string workspace;                  // where the prompt is written
+    std::optional<std::string> addedText;   // to add to the history, instead of serving
     bool refusesHistory = false;
     bool wantsHelp = false;
 };

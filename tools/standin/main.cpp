@@ -9,6 +9,7 @@
 #include "BrokerSocket.h"
 #include "ClientWatch.h"
 #include "HistoryOperations.h"
+#include "ImageOperations.h"
 #include "Installation.h"
 #include "Log.h"
 #include "Options.h"
@@ -37,9 +38,11 @@ std::vector<Installation> installedAll(const std::vector<std::string>& agents) {
     return installations;
 }
 
-void introduce(const HistoryFile& history, const std::vector<Installation>& agents) {
-    std::printf("Quorvantis stand-in\n\n  socket   %s\n  history  %s, %zu entries\n",
-                HelperPaths().socket.c_str(), history.path().c_str(), history.entries().size());
+void introduce(const HistoryFile& history, const ImageLibrary& images,
+               const std::vector<Installation>& agents) {
+    std::printf("Quorvantis stand-in\n\n  socket   %s\n  history  %s, %zu entries\n  images   %zu\n",
+                HelperPaths().socket.c_str(), history.path().c_str(), history.entries().size(),
+                images.assets().size());
     for (const Installation& agent : agents)
         std::printf("\nThe command that serves %s:\n\n    %s\n", agent.identity.agent.c_str(),
                     agent.commandLine().c_str());
@@ -47,14 +50,16 @@ void introduce(const HistoryFile& history, const std::vector<Installation>& agen
     std::fflush(stdout);
 }
 
-Operations operationsFor(const HistoryFile& history, const Options& options) {
+Operations operationsFor(const HistoryFile& history, const ImageLibrary& images, const Options& options) {
     Operations operations;
     operations["status"] = [&](JSON, JSONWriter& reply) {
         reply.members("running", true, "applicationName", "Quorvantis stand-in",  //
                       "fullHistoryAccess", !options.refusesHistory,               //
-                      "historyEntryCount", history.entries().size());
+                      "historyEntryCount", history.entries().size(),              //
+                      "imageCount", images.assets().size());
     };
     addHistoryOperations(operations, history, options.refusesHistory);
+    addImageOperations(operations, images, {options.promptImages, options.workspace});
     return operations;
 }
 
@@ -77,13 +82,14 @@ void run(const Options& options) {
     const HistoryFile history(options.history);
     history.makeIfMissing();
     if (options.addedText) return history.add(*options.addedText);
+    const auto images = options.images.empty() ? ImageLibrary() : ImageLibrary(options.images);
     const int stop = stopSignalDescriptor();
     const auto agents = installedAll(options.agents);
     makeFolders(parentPath(HelperPaths().socket));
     const BrokerSocket socket(HelperPaths().socket);
-    introduce(history, agents);
+    introduce(history, images, agents);
     ClientWatch clients(options.agents);
-    serve(socket, Broker(agents, operationsFor(history, options)), clients, stop);
+    serve(socket, Broker(agents, operationsFor(history, images, options)), clients, stop);
     log("stopped");
 }
 
