@@ -4,7 +4,7 @@ namespace quorvantis::decoder {
 
 namespace {
 
-constexpr std::size_t blockSize = 262'144;      // bytes
+constexpr std::size_t blockSize = 131'072;      // bytes
 constexpr std::int64_t smallPicture = 131'072;  // pixels; below, a thread is not worth its start
 
 }  // namespace

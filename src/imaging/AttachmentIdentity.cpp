@@ -11,61 +11,82 @@ namespace quorvantis::HelperIO {
 
 namespace {
 
-/// A file whose picture is being decoded.
+/// A file whose bytes are being hashed and whose picture is being decoded, at the same time.
 class ExaminedFile {
   public:
-    explicit ExaminedFile(const std::string& path) : file_(path), state_(file_.state()) {
+    explicit ExaminedFile(const std::string& path) : file_(path), state_(file_->state()) {}
+
+    const platform::Descriptor& descriptor() const { return file_->descriptor(); }
+
+    /// Throws FileError.
+    void hash() {
         platform::SHA256 hash;
-        hashed_ = file_.read([&](std::string_view piece) { hash.update(std::as_bytes(std::span(piece))); });
+        const auto size =
+            file_->read([&](std::string_view piece) { hash.update(std::as_bytes(std::span(piece))); });
         sha256_ = hexText(hash.finish());
+        unchanged_ = size == state_.size;
+        finishPart();
     }
 
-    const platform::Descriptor& descriptor() const { return file_.descriptor(); }
+    void setPixels(const std::optional<DecodedPixels>& pixels) {
+        pixels_ = pixels;
+        finishPart();
+    }
 
-    /// The file's identity once its decoding has ended. A file that was written to in the meantime gets no
-    /// pixel fields: they could be another picture's than the hash of its bytes.
-    AttachmentIdentity identity(const std::optional<DecodedPixels>& pixels) const {
-        if (!pixels || hashed_ != state_.size || file_.state() != state_) return {.sha256 = sha256_};
-        return {sha256_, pixels->hash, pixels->width, pixels->height};
+    /// Once both are done.
+    AttachmentIdentity identity() const {
+        if (!pixels_ || !unchanged_) return {.sha256 = sha256_};
+        return {sha256_, pixels_->hash, pixels_->width, pixels_->height};
     }
 
   private:
-    ReadableFile file_;
-    ReadableFile::State state_;
-    off_t hashed_ = 0;  // bytes
+    /// A file that was written to in the meantime gets no pixel fields: they could be another picture's than
+    /// the hash of its bytes.
+    void finishPart() {
+        if (--partsLeft_ > 0) return;
+        unchanged_ = unchanged_ && file_->state() == state_;
+        file_.reset();
+    }
+
+    std::optional<ReadableFile> file_;  // open as long as it is being examined
+    ReadableFile::State state_;         // before
+    int partsLeft_ = 2;
     std::string sha256_;
+    std::optional<DecodedPixels> pixels_;
+    bool unchanged_ = false;
 };
 
-void identify(const std::string& path, DecodedPixelHash& decoding,
-              std::optional<AttachmentIdentity>& identity) {
-    const auto file = std::make_shared<const ExaminedFile>(path);
-    decoding.start(file->descriptor(), [file, &identity](const std::optional<DecodedPixels>& pixels) {
-        identity = file->identity(pixels);
-    });
+std::shared_ptr<const ExaminedFile> examine(const std::string& path, DecodedPixelHash& decoding) {
+    const auto file = std::make_shared<ExaminedFile>(path);
+    decoding.start(file->descriptor(), [file](const auto& pixels) { file->setPixels(pixels); });
+    file->hash();
+    return file;
 }
 
 }  // namespace
 
 AttachmentIdentity attachmentIdentity(const std::string& path) {
-    std::optional<AttachmentIdentity> identity;
     DecodedPixelHash decoding(decodingPatience);
-    identify(path, decoding, identity);
+    const auto file = examine(path, decoding);
     decoding.finish();
-    return *identity;
+    return file->identity();
 }
 
 std::vector<std::optional<AttachmentIdentity>> attachmentIdentities(std::span<const std::string> paths,
                                                                     std::chrono::milliseconds patience) {
-    std::vector<std::optional<AttachmentIdentity>> identities(paths.size());
     DecodedPixelHash decoding(patience);
-    for (std::size_t i = 0; i < paths.size(); ++i) {
+    std::vector<std::shared_ptr<const ExaminedFile>> files;
+    for (const auto& path : paths) {
         try {
-            identify(paths[i], decoding, identities[i]);
+            files.push_back(examine(path, decoding));
         } catch (const FileError&) {
-            // Has no identity; who asked decides what that means.
+            files.push_back(nullptr);  // who asked decides what that means
         }
     }
     decoding.finish();
+    std::vector<std::optional<AttachmentIdentity>> identities;
+    for (const auto& file : files)
+        identities.push_back(file ? std::optional(file->identity()) : std::nullopt);
     return identities;
 }
 
