@@ -261,7 +261,12 @@ def colours():
                            ("planes", "-p", "separate", "-c", "lzw"), ("big-endian", "-B"), ("64", "-8"),
                            ("plane-tiles", "-p", "separate", "-t", "-w", "16", "-l", "16"), ("strips", "-r", "4")]:
         run("tiffcp", *options, plain, at(f"{name}.tif"))
+    for depth in "12", "16":
+        run("convert", plain, "-depth", depth, at(f"{depth}.tif"))
+    run("convert", plain, "-depth", "16", "-interlace", "plane", at("planes-16.tif"))
     image.save(at("lossless.webp"), lossless=True)
+    image.save(at("profile-of-another-kind.webp"), lossless=True, icc_profile=icc((), 1.5, gray=True))
+    image.save(at("profile-damaged.tif"), icc_profile=icc(to_pcs(SRGB).T, 1.5)[:200])
     ppm = temporary(image, "colours.ppm")
     for name in "lossless.jp2", "lossless.j2k":
         run("opj_compress", "-n", "3", "-i", ppm, "-o", at(name))
@@ -446,16 +451,22 @@ def inks():
     at = picture("inks", opaque(rgb))
     ppm = temporary(Image.fromarray(rgb), "inks.ppm")
     run("cjpeg", "-rgb", "-quality", "100", "-sample", "1x1", "-outfile", at("rgb.jpg"), ppm)
+    damaged = with_marker(read(at("rgb.jpg")), 0xE2, b"ICC_PROFILE\0\1\2" + icc(to_pcs(SRGB).T, 1.5))
+    write(at("profile-in-part.jpg"), damaged)
     cmyk = Image.frombytes("CMYK", (24, 16), np.dstack([255 - rgb, np.zeros((16, 24), np.uint8)]).tobytes())
     cmyk.save(at("cmyk.jpg"), quality=100, subsampling=0)  # with Adobe's marker, inverted
     cmyk.save(at("cmyk.tif"), compression="tiff_lzw")
     png(at("rgb.png"), rgb, RGB)
 
 
+def without_ink(cmyk):
+    c = 255 - cmyk.astype(int)
+    return ((c[:, :, :3] * c[:, :, 3:] * 2 + 255) // 510).astype(np.uint8)
+
+
 def black_ink():
     cmyk = noise(7, 9, 4)
-    c = 255 - cmyk.astype(int)
-    rgb = ((c[:, :, :3] * c[:, :, 3:] * 2 + 255) // 510).astype(np.uint8)
+    rgb = without_ink(cmyk)
     at = picture("black-ink", opaque(rgb))
     image = Image.frombytes("CMYK", (9, 7), cmyk.tobytes())
     image.save(at("cmyk.tif"))
@@ -494,6 +505,15 @@ def lossy():
         run("jpegtran", "-restart", "1", "-copy", "none", "-outfile", at("restart.jpg"), at("baseline.jpg"))
         run("jpegtran", "-arithmetic", "-copy", "none", "-outfile", at("arithmetic.jpg"), at("baseline.jpg"))
 
+    path = f"{TEMPORARY}/ycck.jpg"
+    run("convert", ppm, "-colorspace", "CMYK", path)
+    at = picture("ycck", opaque(without_ink(np.array(Image.open(path)))))
+    os.replace(path, at("ycck.jpg"))
+    path = f"{TEMPORARY}/jpeg.tif"
+    run("convert", ppm, "-compress", "jpeg", path)
+    run("tiff2rgba", "-c", "none", path, f"{TEMPORARY}/rgba.tif")
+    at = picture("jpeg-tiff", np.array(Image.open(f"{TEMPORARY}/rgba.tif").convert("RGBA")))
+    os.replace(path, at("jpeg.tif"))
     jpeg("jpeg-420", "-quality", "80", "-sample", "2x2")
     jpeg("jpeg-444", "-quality", "80", "-sample", "1x1")
     path = f"{TEMPORARY}/lossy.webp"
@@ -560,10 +580,26 @@ def wide_gamut():
           b"".join(rows) + profile)
 
 
+def gray_profile():
+    exponent = 1.5
+    exact = encoded((np.arange(256) / 255) ** exponent)
+    sure = np.flatnonzero(np.abs(exact - np.round(exact)) < 0.25)[8:-8]
+    gray = np.repeat(np.repeat(random.choice(sure, (3, 4, 1)), 8, 0), 8, 1).astype(np.uint8)
+    at = picture("gray-profile", opaque(np.repeat(np.round(exact[gray]).astype(np.uint8), 3, 2)))
+    profile = icc((), exponent, gray=True)
+    embedded = chunk(b"iCCP", b"g\0\0" + zlib.compress(profile))
+    png(at("gray.png"), gray, GRAY, before=embedded)
+    png(at("alpha.png"), np.dstack([gray, np.full_like(gray, 255)]), GRAY_ALPHA, before=embedded)
+    png(at("calibrated.png"), gray, GRAY, before=chunk(b"gAMA", struct.pack(">I", round(100000 / exponent))))
+    image = Image.fromarray(gray[:, :, 0])
+    image.save(at("gray.tif"), icc_profile=profile)
+    image.save(at("gray.jpg"), quality=100, icc_profile=profile)
+
+
 if __name__ == "__main__":
     os.makedirs(TEMPORARY, exist_ok=True)
     for make in (colours, translucent, cut_out, grays, sixteen, bilevel, five_bits, turned, blocks, inks, black_ink,
-                 lossy, wide_gamut):
+                 lossy, wide_gamut, gray_profile):
         make()
     with open(f"{ROOT}/hashes.txt", "w") as file:
         file.writelines(f"{name} {value}\n" for name, value in sorted(hashes.items()))
