@@ -19,16 +19,11 @@ Profile owned(cmsHPROFILE profile) {
 
 cmsUInt32Number pixelFormat(Layout layout) {
     switch (layout) {
-        case Layout::gray:
-            return TYPE_GRAY_8;
-        case Layout::grayAlpha:
-            return TYPE_GRAYA_8;
-        case Layout::rgb:
-            return TYPE_RGB_8;
-        case Layout::cmyk:
-            return TYPE_CMYK_8;
-        default:
-            return TYPE_RGBA_8;
+        case Layout::gray: return TYPE_GRAY_8;
+        case Layout::grayAlpha: return TYPE_GRAYA_8;
+        case Layout::rgb: return TYPE_RGB_8;
+        case Layout::cmyk: return TYPE_CMYK_8;
+        default: return TYPE_RGBA_8;
     }
 }
 
@@ -82,16 +77,12 @@ std::uint8_t withoutInk(int ink, int black) {
 
 std::array<std::uint8_t, 4> pixel(Layout layout, const std::uint8_t* s) {
     switch (layout) {
-        case Layout::gray:
-            return {s[0], s[0], s[0], 255};
-        case Layout::grayAlpha:
-            return {s[0], s[0], s[0], s[1]};
-        case Layout::rgb:
-            return {s[0], s[1], s[2], 255};
+        case Layout::gray: return {s[0], s[0], s[0], 255};
+        case Layout::grayAlpha: return {s[0], s[0], s[0], s[1]};
+        case Layout::rgb: return {s[0], s[1], s[2], 255};
         case Layout::cmyk:
             return {withoutInk(s[0], s[3]), withoutInk(s[1], s[3]), withoutInk(s[2], s[3]), 255};
-        default:
-            return {s[0], s[1], s[2], s[3]};
+        default: return {s[0], s[1], s[2], s[3]};
     }
 }
 

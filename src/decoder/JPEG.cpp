@@ -119,14 +119,10 @@ class Decoder {
   private:
     Layout layout() const {
         switch (jpeg_.out_color_space) {
-            case JCS_GRAYSCALE:
-                return Layout::gray;
-            case JCS_EXT_RGBA:
-                return Layout::rgbx;
-            case JCS_CMYK:
-                return Layout::cmyk;
-            default:
-                giveUp();
+            case JCS_GRAYSCALE: return Layout::gray;
+            case JCS_EXT_RGBA: return Layout::rgbx;
+            case JCS_CMYK: return Layout::cmyk;
+            default: giveUp();
         }
     }
 

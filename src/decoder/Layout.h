@@ -18,14 +18,10 @@ enum class Layout {
 /// How many bytes a pixel takes.
 constexpr std::size_t samplesPerPixel(Layout layout) {
     switch (layout) {
-        case Layout::gray:
-            return 1;
-        case Layout::grayAlpha:
-            return 2;
-        case Layout::rgb:
-            return 3;
-        default:
-            return 4;
+        case Layout::gray: return 1;
+        case Layout::grayAlpha: return 2;
+        case Layout::rgb: return 3;
+        default: return 4;
     }
 }
 

@@ -41,22 +41,14 @@ Walk walk(Orientation orientation, std::ptrdiff_t w, std::ptrdiff_t h) {
     const std::ptrdiff_t right = w - 1;
     const std::ptrdiff_t bottom = (h - 1) * w;
     switch (orientation) {
-        case 2:
-            return {right, -1, w};
-        case 3:
-            return {bottom + right, -1, -w};
-        case 4:
-            return {bottom, 1, -w};
-        case 5:
-            return {0, w, 1};
-        case 6:
-            return {bottom, -w, 1};
-        case 7:
-            return {bottom + right, -w, -1};
-        case 8:
-            return {right, w, -1};
-        default:
-            return {0, 1, w};
+        case 2: return {right, -1, w};
+        case 3: return {bottom + right, -1, -w};
+        case 4: return {bottom, 1, -w};
+        case 5: return {0, w, 1};
+        case 6: return {bottom, -w, 1};
+        case 7: return {bottom + right, -w, -1};
+        case 8: return {right, w, -1};
+        default: return {0, 1, w};
     }
 }
 

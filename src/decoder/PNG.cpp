@@ -90,12 +90,9 @@ class Decoder {
 
     Layout layout(bool opaque) const {
         switch (png_get_channels(png_, info_)) {
-            case 1:
-                return Layout::gray;
-            case 2:
-                return Layout::grayAlpha;
-            default:
-                return opaque ? Layout::rgbx : Layout::rgba;
+            case 1: return Layout::gray;
+            case 2: return Layout::grayAlpha;
+            default: return opaque ? Layout::rgbx : Layout::rgba;
         }
     }
 

@@ -23,21 +23,15 @@ Meaning meaningOfColours(const TIFFPicture& tiff) {
     using enum Meaning::Kind;
     const auto compression = tiff.field(TIFFTAG_COMPRESSION);
     switch (tiff.field(TIFFTAG_PHOTOMETRIC)) {
-        case PHOTOMETRIC_MINISWHITE:
-            return {dark, Layout::gray, 1};
-        case PHOTOMETRIC_MINISBLACK:
-            return {light, Layout::gray, 1};
-        case PHOTOMETRIC_RGB:
-            return {light, Layout::rgb, 3};
-        case PHOTOMETRIC_PALETTE:
-            return {palette, Layout::rgb, 1};
-        case PHOTOMETRIC_SEPARATED:
-            return {light, Layout::cmyk, 4};
+        case PHOTOMETRIC_MINISWHITE: return {dark, Layout::gray, 1};
+        case PHOTOMETRIC_MINISBLACK: return {light, Layout::gray, 1};
+        case PHOTOMETRIC_RGB: return {light, Layout::rgb, 3};
+        case PHOTOMETRIC_PALETTE: return {palette, Layout::rgb, 1};
+        case PHOTOMETRIC_SEPARATED: return {light, Layout::cmyk, 4};
         case PHOTOMETRIC_YCBCR:
             if (compression == COMPRESSION_JPEG) return {light, Layout::rgb, 3};
             [[fallthrough]];
-        default:
-            return {library, Layout::rgba, 1, true};
+        default: return {library, Layout::rgba, 1, true};
     }
 }
 
@@ -143,14 +137,9 @@ DecodedPixels readTIFF(const PictureFile& file) {
     if (!integers || tiff.samples() < kinds.colours) giveUp();
     UprightPicture picture(pictureHeader(tiff, kinds));
     switch (kinds.kind) {
-        case Meaning::Kind::palette:
-            addPaletteRows(tiff, picture);
-            break;
-        case Meaning::Kind::library:
-            addLibraryRows(tiff, picture);
-            break;
-        default:
-            addRows(tiff, kinds, picture);
+        case Meaning::Kind::palette: addPaletteRows(tiff, picture); break;
+        case Meaning::Kind::library: addLibraryRows(tiff, picture); break;
+        default: addRows(tiff, kinds, picture);
     }
     return picture.finish();
 }

@@ -34,23 +34,14 @@ Format format() {
 
 int main() {
     switch (format()) {
-        case Format::png:
-            run(readPNG);
-        case Format::jpeg:
-            run(readJPEG);
-        case Format::bmp:
-            run(readBMP);
-        case Format::ico:
-            run(readICO);
-        case Format::gif:
-            run(readGIF);
-        case Format::webp:
-            run(readWebP);
-        case Format::jpeg2000:
-            run(readJPEG2000);
-        case Format::tiff:
-            become("tiff");
-        case Format::heif:
-            become("heif");
+        case Format::png: run(readPNG);
+        case Format::jpeg: run(readJPEG);
+        case Format::bmp: run(readBMP);
+        case Format::ico: run(readICO);
+        case Format::gif: run(readGIF);
+        case Format::webp: run(readWebP);
+        case Format::jpeg2000: run(readJPEG2000);
+        case Format::tiff: become("tiff");
+        case Format::heif: become("heif");
     }
 }
