@@ -19,25 +19,16 @@ std::string resolvedPath(const std::string& path) {
     return repairedUTF8(platform::resolvingSymbolicLinks(absolutePath(path)));
 }
 
-void write(const MCPClientSession& session, const std::string& path) {
-    try {
-        HelperIO::writeJSON(session, path);
-    } catch (const std::exception&) {
-        // Dropped: the record is for the desktop application to show, and no client loses its session over
-        // it.
-    }
-}
-
 }  // namespace
 
 void MCPClientSession::record(const BrokerIdentity& identity, std::string_view clientName) {
     if (environmentVariable("QUORVANTIS_DIAGNOSTIC") == "1") return;
-    write({.clientID = identity.clientID,
-           .processID = getpid(),
-           .executablePath = resolvedPath(platform::firstArgument()),
-           .clientName = std::string(clientName),
-           .initializedAt = Date::now()},
-          url(identity.agent));
+    HelperIO::writeAdvisoryJSON(MCPClientSession{.clientID = identity.clientID,
+                                                 .processID = getpid(),
+                                                 .executablePath = resolvedPath(platform::firstArgument()),
+                                                 .clientName = std::string(clientName),
+                                                 .initializedAt = Date::now()},
+                                url(identity.agent));
     platform::postClientSessionChanged(identity.agent);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -7,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -89,6 +91,22 @@ struct Coding<UUID> {
         return required(UUID::parse(required(json.string(), path)), path);
     }
     static void encode(const UUID& uuid, JSONWriter& writer) { writer.value(uuid.upperCaseText()); }
+};
+
+/// An enumeration stands as the text of its case, as `caseNames` lists them in order: an operation beside the
+/// enumeration that takes any value of it.
+template <class Enumeration>
+    requires std::is_enum_v<Enumeration>
+struct Coding<Enumeration> {
+    static Enumeration decode(JSON json, const CodingPath& path) {
+        const auto names = caseNames(Enumeration());
+        const auto name = std::find(names.begin(), names.end(), required(json.string(), path));
+        if (name == names.end()) throw DecodingError::mistyped(path);
+        return static_cast<Enumeration>(name - names.begin());
+    }
+    static void encode(Enumeration value, JSONWriter& writer) {
+        writer.value(caseNames(value)[static_cast<std::size_t>(value)]);
+    }
 };
 
 template <class Element>

@@ -1,0 +1,23 @@
+#include "state/PromptHookObservation.h"
+
+#include "integration/HelperPaths.h"
+#include "state/ProtectedJSON.h"
+
+namespace quorvantis {
+
+void PromptHookObservation::record(std::string_view clientID, std::string_view agent,
+                                   std::int64_t attachmentCount, std::int64_t referenceCount,
+                                   std::string_view outcome) {
+    HelperIO::writeAdvisoryJSON(PromptHookObservation{.clientID = std::string(clientID),
+                                            .observedAt = Date::now(),
+                                            .attachmentCount = attachmentCount,
+                                            .referenceCount = referenceCount,
+                                            .outcome = std::string(outcome)},
+                      url(agent));
+}
+
+std::string PromptHookObservation::url(std::string_view agent) {
+    return joinedPath(HelperPaths().agents, std::string(agent) + "-hook-state.json");
+}
+
+}  // namespace quorvantis

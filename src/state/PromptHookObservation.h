@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <tuple>
+
+#include "support/JSONRecord.h"
+
+namespace quorvantis {
+
+/// What an agent's prompt hook saw last: the file "<agent>-hook-state.json" in `HelperPaths::agents`. For prompt hooks
+/// to write; the server does not touch it.
+struct PromptHookObservation {
+    std::string clientID;
+    Date observedAt;
+    std::int64_t attachmentCount = 0;
+    std::int64_t referenceCount = 0;
+    std::string outcome;  // the hook's verdict on the prompt, in its own words
+
+    static constexpr auto fields() {
+        using M = PromptHookObservation;
+        return std::tuple(Field("clientID", &M::clientID), Field("observedAt", &M::observedAt),
+                          Field("attachmentCount", &M::attachmentCount), Field("referenceCount", &M::referenceCount),
+                          Field("outcome", &M::outcome));
+    }
+
+    /// Replaces the agent's observation by one made now. Never fails.
+    static void record(std::string_view clientID, std::string_view agent, std::int64_t attachmentCount,
+                       std::int64_t referenceCount, std::string_view outcome);
+
+    /// The path of an agent's observation.
+    static std::string url(std::string_view agent);
+};
+
+}  // namespace quorvantis
