@@ -10,11 +10,11 @@
 
 namespace quorvantis {
 
-/// An agent's request to be registered: a JSON file in `HelperPaths::requests`, which waits for the user's word in the
-/// desktop application and, once approved, hands over what the agent needs to connect.
+/// An agent's request to be registered: a JSON file in `HelperPaths::requests`, which waits for the user's
+/// word in the desktop application and, once approved, hands over what the agent needs to connect.
 struct PairingRequestRecord {
-    /// A request goes from `pending` to `awaitingApproval`, then to `approved` or `denied`, and from `approved` to
-    /// `consumed` once its registration has been taken up.
+    /// A request goes from `pending` to `awaitingApproval`, then to `approved` or `denied`, and from
+    /// `approved` to `consumed` once its registration has been taken up.
     enum class State { pending, awaitingApproval, approved, denied, consumed };
 
     std::string id;

@@ -12,9 +12,9 @@ struct ProcessResult {
     std::string output;       // standard output and standard error as they came; empty unless it is all UTF-8
 };
 
-/// Runs an executable, named by its path, and waits for it, however long it takes. No shell is involved. The tool reads
-/// the null device and has this process's environment, with a PATH that ends in the folders of the usual package
-/// managers. Throws FileError when it cannot be started.
+/// Runs an executable, named by its path, and waits for it, however long it takes. No shell is involved. The
+/// tool reads the null device and has this process's environment, with a PATH that ends in the folders of the
+/// usual package managers. Throws FileError when it cannot be started.
 ProcessResult runProcess(const std::string& executable, const std::vector<std::string>& arguments);
 
 }  // namespace quorvantis

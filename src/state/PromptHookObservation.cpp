@@ -9,11 +9,11 @@ void PromptHookObservation::record(std::string_view clientID, std::string_view a
                                    std::int64_t attachmentCount, std::int64_t referenceCount,
                                    std::string_view outcome) {
     HelperIO::writeAdvisoryJSON(PromptHookObservation{.clientID = std::string(clientID),
-                                            .observedAt = Date::now(),
-                                            .attachmentCount = attachmentCount,
-                                            .referenceCount = referenceCount,
-                                            .outcome = std::string(outcome)},
-                      url(agent));
+                                                      .observedAt = Date::now(),
+                                                      .attachmentCount = attachmentCount,
+                                                      .referenceCount = referenceCount,
+                                                      .outcome = std::string(outcome)},
+                                url(agent));
 }
 
 std::string PromptHookObservation::url(std::string_view agent) {

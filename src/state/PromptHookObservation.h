@@ -9,8 +9,8 @@
 
 namespace quorvantis {
 
-/// What an agent's prompt hook saw last: the file "<agent>-hook-state.json" in `HelperPaths::agents`. For prompt hooks
-/// to write; the server does not touch it.
+/// What an agent's prompt hook saw last: the file "<agent>-hook-state.json" in `HelperPaths::agents`. For
+/// prompt hooks to write; the server does not touch it.
 struct PromptHookObservation {
     std::string clientID;
     Date observedAt;
@@ -21,8 +21,8 @@ struct PromptHookObservation {
     static constexpr auto fields() {
         using M = PromptHookObservation;
         return std::tuple(Field("clientID", &M::clientID), Field("observedAt", &M::observedAt),
-                          Field("attachmentCount", &M::attachmentCount), Field("referenceCount", &M::referenceCount),
-                          Field("outcome", &M::outcome));
+                          Field("attachmentCount", &M::attachmentCount),
+                          Field("referenceCount", &M::referenceCount), Field("outcome", &M::outcome));
     }
 
     /// Replaces the agent's observation by one made now. Never fails.

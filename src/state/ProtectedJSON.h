@@ -21,14 +21,13 @@ void writeJSON(const T& record, const std::string& path, std::int16_t permission
     writeProtected(path, encodedRecord(record), permissions);
 }
 
-/// The same, with every failure dropped: for records that tell the desktop application what goes on, for no session and
-/// no prompt is worth losing over one.
+/// The same, with every failure dropped: for records that tell the desktop application what goes on, for no
+/// session and no prompt is worth losing over one.
 template <class T>
 void writeAdvisoryJSON(const T& record, const std::string& path) noexcept {
     try {
         writeJSON(record, path);
-    } catch (const std::exception&) {
-    }
+    } catch (const std::exception&) {}
 }
 
 }  // namespace quorvantis::HelperIO

@@ -68,6 +68,11 @@ FileError FileError::reading(std::string_view path, int code) {
     return FileError(sentence + ".");
 }
 
+FileError FileError::starting(std::string_view path, int code) {
+    if (code != ENOENT) return system(code);
+    return FileError("The file “" + lastPathComponent(path) + "” doesn’t exist.");
+}
+
 FileError FileError::system(int code) {
     return FileError("The operation couldn’t be completed. (" + std::generic_category().message(code) + ")");
 }

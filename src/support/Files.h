@@ -19,6 +19,8 @@ class FileError : public std::runtime_error {
 
     /// A file that could not be opened or read; `code` is the system's error number.
     static FileError reading(std::string_view path, int code);
+    /// An executable that could not be started.
+    static FileError starting(std::string_view path, int code);
     /// Any other refusal.
     static FileError system(int code);
 };

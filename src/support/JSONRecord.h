@@ -96,7 +96,7 @@ struct Coding<UUID> {
 /// An enumeration stands as the text of its case, as `caseNames` lists them in order: an operation beside the
 /// enumeration that takes any value of it.
 template <class Enumeration>
-    requires std::is_enum_v<Enumeration>
+requires std::is_enum_v<Enumeration>
 struct Coding<Enumeration> {
     static Enumeration decode(JSON json, const CodingPath& path) {
         const auto names = caseNames(Enumeration());

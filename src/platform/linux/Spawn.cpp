@@ -1,0 +1,87 @@
+#include "platform/Spawn.h"
+
+#include <csignal>
+#include <errno.h>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <system_error>
+
+namespace quorvantis::platform {
+
+namespace {
+
+class FileActions {
+  public:
+    explicit FileActions(const std::vector<int>& descriptors) {
+        posix_spawn_file_actions_init(&actions_);
+        int place = 0;
+        for (const int descriptor : descriptors) {
+            if (descriptor == Spawn::nullDevice)
+                posix_spawn_file_actions_addopen(&actions_, place, "/dev/null", O_RDWR, 0);
+            else
+                posix_spawn_file_actions_adddup2(&actions_, descriptor, place);
+            ++place;
+        }
+        posix_spawn_file_actions_addclosefrom_np(&actions_, place);
+    }
+    FileActions(const FileActions&) = delete;
+    FileActions& operator=(const FileActions&) = delete;
+    ~FileActions() { posix_spawn_file_actions_destroy(&actions_); }
+
+    const posix_spawn_file_actions_t* get() const { return &actions_; }
+
+  private:
+    posix_spawn_file_actions_t actions_;
+};
+
+/// All signals as a program expects them at its start.
+class Signals {
+  public:
+    Signals() {
+        sigset_t signals;
+        posix_spawnattr_init(&attributes_);
+        sigfillset(&signals);
+        posix_spawnattr_setsigdefault(&attributes_, &signals);
+        sigemptyset(&signals);
+        posix_spawnattr_setsigmask(&attributes_, &signals);
+        posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+    }
+    Signals(const Signals&) = delete;
+    Signals& operator=(const Signals&) = delete;
+    ~Signals() { posix_spawnattr_destroy(&attributes_); }
+
+    const posix_spawnattr_t* get() const { return &attributes_; }
+
+  private:
+    posix_spawnattr_t attributes_;
+};
+
+std::vector<char*> pointers(const std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (const std::string& text : texts) pointers.push_back(const_cast<char*>(text.c_str()));
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+}  // namespace
+
+pid_t Spawn::start() const {
+    const FileActions actions(descriptors);
+    const Signals signals;
+    std::vector<std::string> words = arguments;
+    words.insert(words.begin(), executable);
+    pid_t child = -1;
+    const int code = posix_spawn(&child, executable.c_str(), actions.get(), signals.get(),
+                                 pointers(words).data(), pointers(environment).data());
+    if (code != 0) throw std::system_error(code, std::generic_category());
+    return child;
+}
+
+int waitFor(pid_t child) {
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {}
+    return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+}  // namespace quorvantis::platform
