@@ -2,12 +2,12 @@
 
 #include <array>
 #include <errno.h>
-#include <fcntl.h>
 #include <system_error>
 #include <unistd.h>
 
 #include "platform/Descriptor.h"
 #include "platform/HomeFolder.h"
+#include "platform/Pipe.h"
 #include "platform/Spawn.h"
 #include "support/Environment.h"
 #include "support/Files.h"
@@ -34,26 +34,25 @@ std::vector<std::string> childEnvironment() {
     return variables;
 }
 
-struct Pipe {
-    Descriptor reading, writing;
-
-    Pipe() {
-        std::array<int, 2> ends;
-        if (pipe(ends.data()) != 0) throw FileError::system(errno);
-        for (const int end : ends) fcntl(end, F_SETFD, FD_CLOEXEC);
-        reading = Descriptor(ends[0]);
-        writing = Descriptor(ends[1]);
-    }
+struct Started {
+    pid_t child;
+    Descriptor output;
 };
 
-pid_t started(const std::string& executable, const std::vector<std::string>& arguments,
-              const Descriptor& output) {
+Started started(const std::string& executable, const std::vector<std::string>& arguments) {
+    platform::Pipe pipe;
+    const int output = pipe.writing.get();
+    const pid_t child = platform::Spawn{.executable = executable,
+                                        .arguments = arguments,
+                                        .environment = childEnvironment(),
+                                        .descriptors = {platform::Spawn::nullDevice, output, output}}
+                            .start();
+    return {child, std::move(pipe.reading)};
+}
+
+Started startedOrFailure(const std::string& executable, const std::vector<std::string>& arguments) {
     try {
-        return platform::Spawn{.executable = executable,
-                               .arguments = arguments,
-                               .environment = childEnvironment(),
-                               .descriptors = {platform::Spawn::nullDevice, output.get(), output.get()}}
-            .start();
+        return started(executable, arguments);
     } catch (const std::system_error& error) {
         throw FileError::starting(executable, error.code().value());
     }
@@ -73,12 +72,10 @@ std::string readToEnd(const Descriptor& pipe) {
 }  // namespace
 
 ProcessResult runProcess(const std::string& executable, const std::vector<std::string>& arguments) {
-    Pipe pipe;
-    const pid_t child = started(absolutePath(executable), arguments, pipe.writing);
-    pipe.writing = Descriptor();  // the child's copies alone keep the pipe open
+    const Started process = startedOrFailure(absolutePath(executable), arguments);
     // First the output: a child that prints a lot ends only when somebody reads it.
-    std::string output = readToEnd(pipe.reading);
-    const int status = platform::waitFor(child);
+    std::string output = readToEnd(process.output);
+    const int status = platform::waitFor(process.child);
     return {.status = status, .output = isValidUTF8(output) ? std::move(output) : std::string()};
 }
 
