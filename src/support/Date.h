@@ -1,6 +1,7 @@
 #pragma once
 
 #include <compare>
+#include <cstdint>
 
 namespace quorvantis {
 
@@ -9,6 +10,8 @@ struct Date {
     double secondsSinceReferenceDate = 0;
 
     static Date now();
+    /// The time so many seconds after 1970-01-01T00:00:00Z.
+    static Date sinceEpoch(std::int64_t seconds);
 
     friend auto operator<=>(const Date&, const Date&) = default;
 };

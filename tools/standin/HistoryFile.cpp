@@ -64,6 +64,15 @@ StandinEntry textEntry(std::string_view text) {
 }  // namespace
 
 std::vector<StandinEntry> HistoryFile::entries() const {
+    auto entries = entriesOfFile();
+    entries.insert(entries.end(), others_.begin(), others_.end());
+    std::stable_sort(entries.begin(), entries.end(), [](const StandinEntry& one, const StandinEntry& other) {
+        return one.entry.createdAt > other.entry.createdAt;
+    });
+    return entries;
+}
+
+std::vector<StandinEntry> HistoryFile::entriesOfFile() const {
     return decodedRecord<std::vector<StandinEntry>>(readFile(path_));
 }
 
@@ -72,7 +81,7 @@ void HistoryFile::makeIfMissing() const {
 }
 
 void HistoryFile::add(std::string_view text) const {
-    auto history = entries();
+    auto history = entriesOfFile();
     history.insert(history.begin(), textEntry(text));
     HelperIO::writeJSON(history, path_);
 }

@@ -28,15 +28,16 @@ struct StandinEntry {
     }
 };
 
-/// The history file: a JSON array of entries, the newest first. It is read anew for each request, so that who
-/// edits it sees the change at once.
+/// The history: a file with a JSON array of entries, and entries beside it that are never written there. The
+/// file is read anew for each request, so that who edits it sees the change at once.
 class HistoryFile {
   public:
-    explicit HistoryFile(std::string path) : path_(std::move(path)) {}
+    explicit HistoryFile(std::string path, std::vector<StandinEntry> others = {})
+        : path_(std::move(path)), others_(std::move(others)) {}
 
     const std::string& path() const { return path_; }
 
-    /// Throws FileError or DecodingError.
+    /// All entries, the newest first. Throws FileError or DecodingError.
     std::vector<StandinEntry> entries() const;
     /// Makes an empty history when there is no file.
     void makeIfMissing() const;
@@ -48,7 +49,10 @@ class HistoryFile {
     std::optional<StandinEntry> entry(std::string_view id) const;
 
   private:
+    std::vector<StandinEntry> entriesOfFile() const;
+
     std::string path_;
+    std::vector<StandinEntry> others_;
 };
 
 }  // namespace quorvantis::standin

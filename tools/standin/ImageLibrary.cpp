@@ -9,7 +9,6 @@
 
 #include "support/Files.h"
 #include "support/Paths.h"
-#include "support/UUID.h"
 
 namespace quorvantis::standin {
 
@@ -56,9 +55,22 @@ std::vector<std::string> filesIn(const std::string& folder) {
     return paths;
 }
 
-std::int64_t sizeOf(const std::string& path) {
-    struct stat status;
-    return stat(path.c_str(), &status) == 0 ? status.st_size : 0;
+/// A UUID made of the hash's first digits.
+UUID identifierFrom(const std::string& hash) {
+    std::string text = hash.substr(0, 32);
+    for (const std::size_t hyphen : {8, 13, 18, 23}) text.insert(hyphen, 1, '-');
+    return UUID::parse(text).value();
+}
+
+Asset assetOf(const std::string& path, const AttachmentIdentity& identity) {
+    struct stat status = {};
+    stat(path.c_str(), &status);
+    return {.path = path,
+            .uti = typeOf(path),
+            .entryID = identifierFrom(identity.sha256),
+            .writtenAt = Date::sinceEpoch(status.st_mtime),
+            .byteCount = status.st_size,
+            .identity = identity};
 }
 
 }  // namespace
@@ -67,12 +79,7 @@ ImageLibrary::ImageLibrary(const std::string& folder) {
     const auto paths = filesIn(folder);
     const auto identities = HelperIO::attachmentIdentities(paths);
     for (std::size_t i = 0; i < paths.size(); ++i)
-        if (identities[i])
-            assets_.push_back({.path = paths[i],
-                               .uti = typeOf(paths[i]),
-                               .entryID = UUID::random().upperCaseText(),
-                               .byteCount = sizeOf(paths[i]),
-                               .identity = *identities[i]});
+        if (identities[i]) assets_.push_back(assetOf(paths[i], *identities[i]));
 }
 
 const Asset* ImageLibrary::find(std::string_view assetID) const {

@@ -7,7 +7,9 @@
 #include <vector>
 
 #include "imaging/AttachmentIdentity.h"
+#include "support/Date.h"
 #include "support/JSON.h"
+#include "support/UUID.h"
 
 namespace quorvantis::standin {
 
@@ -15,7 +17,8 @@ namespace quorvantis::standin {
 struct Asset {
     std::string path;  // of the original
     std::string uti;   // uniform type identifier, told from the name
-    std::string entryID;
+    UUID entryID;      // of its history entry, the same at each start
+    Date writtenAt;
     std::int64_t byteCount = 0;
     AttachmentIdentity identity;
 

@@ -18,8 +18,8 @@ std::string text(JSON request, const char* key) {
 }
 
 void writeFacts(const Asset& asset, JSONWriter& writer) {
-    writer.members("assetID", asset.assetID(), "entryID", asset.entryID, "uti", asset.uti, "byteCount",
-                   asset.byteCount, "bitExact", true);
+    writer.members("assetID", asset.assetID(), "entryID", asset.entryID.upperCaseText(), "uti", asset.uti,
+                   "byteCount", asset.byteCount, "bitExact", true);
     if (asset.identity.pixelHash)
         writer.members("width", *asset.identity.pixelWidth, "height", *asset.identity.pixelHeight,
                        "pixelHash", *asset.identity.pixelHash);

@@ -9,6 +9,7 @@
 #include "BrokerSocket.h"
 #include "ClientWatch.h"
 #include "HistoryOperations.h"
+#include "ImageEntries.h"
 #include "ImageOperations.h"
 #include "Installation.h"
 #include "Log.h"
@@ -79,10 +80,10 @@ void serve(const BrokerSocket& socket, const Broker& broker, ClientWatch& client
 
 void run(const Options& options) {
     useFolder(options.folder);
-    const HistoryFile history(options.history);
-    history.makeIfMissing();
-    if (options.addedText) return history.add(*options.addedText);
+    HistoryFile(options.history).makeIfMissing();
+    if (options.addedText) return HistoryFile(options.history).add(*options.addedText);
     const auto images = options.images.empty() ? ImageLibrary() : ImageLibrary(options.images);
+    const HistoryFile history(options.history, historyEntries(images));
     const int stop = stopSignalDescriptor();
     const auto agents = installedAll(options.agents);
     makeFolders(parentPath(HelperPaths().socket));
