@@ -75,22 +75,28 @@ std::uint8_t withoutInk(int ink, int black) {
     return static_cast<std::uint8_t>(((255 - ink) * (255 - black) + 127) / 255);
 }
 
-std::array<std::uint8_t, 4> pixel(Layout layout, const std::uint8_t* s) {
-    switch (layout) {
-        case Layout::gray: return {s[0], s[0], s[0], 255};
-        case Layout::grayAlpha: return {s[0], s[0], s[0], s[1]};
-        case Layout::rgb: return {s[0], s[1], s[2], 255};
-        case Layout::cmyk:
-            return {withoutInk(s[0], s[3]), withoutInk(s[1], s[3]), withoutInk(s[2], s[3]), 255};
-        default: return {s[0], s[1], s[2], s[3]};
+template <Layout layout>
+void expandAs(const std::uint8_t* s, std::span<std::uint8_t> rgba) {
+    for (std::size_t i = 0; i < rgba.size(); i += 4, s += samplesPerPixel(layout)) {
+        if constexpr (layout == Layout::cmyk) {
+            for (std::size_t c = 0; c < 3; ++c) rgba[i + c] = withoutInk(s[c], s[3]);
+        } else {
+            constexpr std::size_t step = layout == Layout::rgb ? 1 : 0;
+            for (std::size_t c = 0; c < 3; ++c) rgba[i + c] = s[c * step];
+        }
+        rgba[i + 3] = layout == Layout::grayAlpha ? s[1] : 255;
     }
 }
 
 void expand(Layout layout, std::span<const std::uint8_t> samples, std::span<std::uint8_t> rgba) {
-    const std::size_t step = samplesPerPixel(layout);
-    const auto* from = samples.data();
-    for (auto to = rgba.begin(); to != rgba.end(); to += 4, from += step)
-        std::ranges::copy(pixel(layout, from), to);
+    switch (layout) {
+        case Layout::gray: return expandAs<Layout::gray>(samples.data(), rgba);
+        case Layout::grayAlpha: return expandAs<Layout::grayAlpha>(samples.data(), rgba);
+        case Layout::rgb: return expandAs<Layout::rgb>(samples.data(), rgba);
+        case Layout::cmyk: return expandAs<Layout::cmyk>(samples.data(), rgba);
+        case Layout::rgba:
+        case Layout::rgbx: std::ranges::copy(samples, rgba.begin());
+    }
 }
 
 }  // namespace
@@ -122,10 +128,7 @@ bool ColourConversion::isIdentity() const {
 }
 
 void ColourConversion::convert(std::span<const std::uint8_t> samples, std::span<std::uint8_t> rgba) const {
-    if (layout_ == Layout::rgba || layout_ == Layout::rgbx)
-        std::ranges::copy(samples, rgba.begin());
-    else
-        expand(layout_, samples, rgba);
+    expand(layout_, samples, rgba);
     if (!transform_) return;
     // Alpha is no colour: lcms2 leaves that of the expanded pixels alone.
     cmsDoTransform(transform_.get(), fromRGBA_ ? rgba.data() : samples.data(), rgba.data(),
