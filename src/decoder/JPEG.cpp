@@ -11,7 +11,6 @@ namespace quorvantis::decoder {
 namespace {
 
 constexpr int mostScans = 100;  // encoders write ten or so; each costs a pass over the whole picture
-constexpr std::string_view exifMark = {"Exif\0\0", 6};
 
 /// What libjpeg calls back while it decodes. The C structures come first, so that a pointer to them is one to
 /// these.
@@ -130,8 +129,7 @@ class Decoder {
         for (auto* marker = jpeg_.marker_list; marker; marker = marker->next) {
             const std::span<const std::uint8_t> data(marker->data, marker->data_length);
             const std::string_view text(reinterpret_cast<const char*>(data.data()), data.size());
-            if (marker->marker == JPEG_APP0 + 1 && text.starts_with(exifMark))
-                return exifOrientation(data.subspan(exifMark.size()));
+            if (marker->marker == JPEG_APP0 + 1 && text.starts_with(exifMark)) return exifOrientation(data);
         }
         return upright;
     }

@@ -32,6 +32,11 @@ class Block {
     bool bigEndian_;
 };
 
+std::span<const std::uint8_t> withoutMark(std::span<const std::uint8_t> exif) {
+    const std::string_view text(reinterpret_cast<const char*>(exif.data()), exif.size());
+    return text.starts_with(exifMark) ? exif.subspan(exifMark.size()) : exif;
+}
+
 /// Where the stored pixel of upright (0, 0) stands, and how far it is to that of the next x and y.
 struct Walk {
     std::ptrdiff_t origin, nextX, nextY;
@@ -59,7 +64,7 @@ Orientation validOrientation(std::uint32_t value) {
 }
 
 Orientation exifOrientation(std::span<const std::uint8_t> exif) {
-    const Block block(exif);
+    const Block block(withoutMark(exif));
     if (block.byte(0) != block.byte(1) || block.number16(2) != 42) return upright;
     const std::size_t directory = block.number32(4);
     const std::size_t count = block.number16(directory);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <string_view>
 
 namespace quorvantis::decoder {
 
@@ -11,8 +12,11 @@ using Orientation = int;
 
 inline constexpr Orientation upright = 1;
 
-/// The orientation that a block of EXIF (a TIFF header and its first directory) holds; `upright` when it
-/// holds none, or is damaged.
+/// What stands before a block of EXIF in JPEG (EXIF 2.32, 4.7.2), and by custom in some other files.
+inline constexpr std::string_view exifMark = {"Exif\0\0", 6};
+
+/// The orientation that a block of EXIF holds: a TIFF header and its first directory, with or without the
+/// mark before. `upright` when it holds none, or is damaged.
 Orientation exifOrientation(std::span<const std::uint8_t> exif);
 
 /// The same of a number from a file: `upright` for all but 1 to 8.

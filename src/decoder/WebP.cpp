@@ -10,8 +10,6 @@ namespace quorvantis::decoder {
 
 namespace {
 
-constexpr std::string_view exifMark = {"Exif\0\0", 6};  // some writers put it before the EXIF block
-
 class Decoder {
   public:
     explicit Decoder(const PictureFile& file)
@@ -28,9 +26,7 @@ class Decoder {
         PictureHeader header;
         header.size = {get(WEBP_FF_CANVAS_WIDTH), get(WEBP_FF_CANVAS_HEIGHT)};
         header.colours.profile = chunk("ICCP");
-        const auto exif = chunk("EXIF");
-        const std::string_view text(reinterpret_cast<const char*>(exif.data()), exif.size());
-        header.orientation = exifOrientation(std::span(exif).subspan(text.starts_with(exifMark) ? 6 : 0));
+        header.orientation = exifOrientation(chunk("EXIF"));
         return header;
     }
 
