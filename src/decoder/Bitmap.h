@@ -19,8 +19,8 @@ struct BitmapHeader {
     bool topDown = false;
     int bits = 0;  // a pixel: 1, 2, 4, 8, 16, 24 or 32
     Compression compression = Compression::none;
-    std::array<std::uint32_t, 4> masks =
-        {};  // of red, green, blue and alpha, from 16 bits on; 0: no such bits
+    // Of red, green, blue and alpha in a pixel of 16 bits or more; 0: there are none.
+    std::array<std::uint32_t, 4> masks = {};
     std::vector<std::array<std::uint8_t, 3>> palette;  // red, green, blue; up to 8 bits
     ColourSpace colours;
     std::uint64_t end = 0;  // the position in the file after header, masks and palette

@@ -8,31 +8,6 @@ namespace quorvantis::decoder {
 
 namespace {
 
-constexpr std::size_t signatureSize = 8;
-
-std::uint32_t bigEndian(std::span<const std::uint8_t, 4> bytes) {
-    return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 |
-           bytes[3];
-}
-
-/// Looks for the chunk eXIf, which may stand behind the rows that it turns (PNG 1.5 extensions, 3.7).
-Orientation orientationOf(const PictureFile& file, std::uint64_t position) {
-    std::array<std::uint8_t, 8> chunk;  // its length and its name
-    position += signatureSize;
-    while (file.readUpTo(position, chunk) == chunk.size()) {
-        const auto length = bigEndian(std::span(chunk).first<4>());
-        const std::string_view name(reinterpret_cast<const char*>(chunk.data()) + 4, 4);
-        if (name == "IEND") break;
-        if (name == "eXIf") {
-            std::vector<std::uint8_t> exif(std::min<std::uint32_t>(length, 65536));
-            exif.resize(file.readUpTo(position + 8, exif));
-            return exifOrientation(exif);
-        }
-        position += 12 + std::uint64_t{length};  // of the chunk's frame and content
-    }
-    return upright;
-}
-
 class Decoder {
   public:
     explicit Decoder(PictureReader& reader)
@@ -72,7 +47,14 @@ class Decoder {
             for (std::size_t y = 0; y < height; ++y) readRow(pixels, y, picture.rowSize());
         for (std::size_t y = 0; y < height; ++y)
             picture.addRow(readRow(pixels, passes_ > 1 ? y : 0, picture.rowSize()));
-        png_read_end(png_, nullptr);
+        png_read_end(png_, info_);
+    }
+
+    /// As far as the chunks read so far tell.
+    Orientation orientation() const {
+        png_uint_32 size = 0;
+        png_bytep exif = nullptr;
+        return png_get_eXIf_1(png_, info_, &size, &exif) ? exifOrientation({exif, size}) : upright;
     }
 
   private:
@@ -117,16 +99,23 @@ class Decoder {
     int passes_ = 1;
 };
 
-}  // namespace
-
-DecodedPixels readPNG(const PictureFile& file, std::uint64_t position) {
+DecodedPixels readTurned(const PictureFile& file, std::uint64_t position, std::optional<Orientation> known) {
     PictureReader reader(file, position);
     Decoder decoder(reader);
     auto header = decoder.header();
-    header.orientation = orientationOf(file, position);
+    header.orientation = known.value_or(decoder.orientation());
     UprightPicture picture(header);
     decoder.decode(picture, header.size);
-    return picture.finish();
+    auto pixels = picture.finish();
+    // The chunk eXIf may stand behind the rows that it turns (PNG 1.5 extensions, 3.7).
+    const auto told = decoder.orientation();
+    return told == header.orientation ? pixels : readTurned(file, position, told);
+}
+
+}  // namespace
+
+DecodedPixels readPNG(const PictureFile& file, std::uint64_t position) {
+    return readTurned(file, position, std::nullopt);
 }
 
 DecodedPixels readPNG(const PictureFile& file) {

@@ -38,9 +38,12 @@ std::optional<std::string> RowHasher::finish() {
 
 /// Hands the block that is being filled to the thread, and waits for the next one to be free.
 void RowHasher::passOn() {
-    std::unique_lock lock(mutex_);
-    ++filled_;
+    {
+        const std::lock_guard lock(mutex_);
+        ++filled_;
+    }
     changed_.notify_all();
+    std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return filled_ - hashed_ < blocks_.size(); });
     filling().clear();
 }

@@ -35,7 +35,7 @@ Meaning meaningOfColours(const TIFFPicture& tiff) {
     }
 }
 
-Meaning meaning(const TIFFPicture& tiff) {
+Meaning meaningOfSamples(const TIFFPicture& tiff) {
     Meaning meaning = meaningOfColours(tiff);
     std::uint16_t count = 0;
     std::uint16_t* kinds = nullptr;
@@ -132,14 +132,14 @@ void addLibraryRows(TIFFPicture& tiff, UprightPicture& picture) {
 
 DecodedPixels readTIFF(const PictureFile& file) {
     TIFFPicture tiff(file);
-    const auto kinds = meaning(tiff);
+    const auto meaning = meaningOfSamples(tiff);
     const bool integers = tiff.field(TIFFTAG_SAMPLEFORMAT) == SAMPLEFORMAT_UINT;
-    if (!integers || tiff.samples() < kinds.colours) giveUp();
-    UprightPicture picture(pictureHeader(tiff, kinds));
-    switch (kinds.kind) {
+    if (!integers || tiff.samples() < meaning.colours) giveUp();
+    UprightPicture picture(pictureHeader(tiff, meaning));
+    switch (meaning.kind) {
         case Meaning::Kind::palette: addPaletteRows(tiff, picture); break;
         case Meaning::Kind::library: addLibraryRows(tiff, picture); break;
-        default: addRows(tiff, kinds, picture);
+        default: addRows(tiff, meaning, picture);
     }
     return picture.finish();
 }

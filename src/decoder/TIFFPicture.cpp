@@ -63,7 +63,7 @@ TIFFPicture::TIFFPicture(const PictureFile& file) : tiff_(openFirst(file), &TIFF
     chunkWidth_ = tiled_ ? longField(TIFFTAG_TILEWIDTH) : width_;
     chunkHeight_ =
         tiled_ ? longField(TIFFTAG_TILELENGTH) : std::min(longField(TIFFTAG_ROWSPERSTRIP), height_);
-    if (chunkWidth_ == 0 || chunkHeight_ == 0) giveUp();
+    if (!isWithinPixelBudget(chunkWidth_, chunkHeight_)) giveUp();
     const std::size_t samplesTogether = samples_ / planes_;
     chunkRowSize_ = (std::size_t{chunkWidth_} * samplesTogether * bits_ + 7) / 8;
 }
