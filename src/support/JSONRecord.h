@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,8 +26,9 @@ namespace quorvantis {
 //     struct Point {
 //         std::int64_t x = 0;
 //         std::optional<std::string> label;
-//         static constexpr auto fields() { return std::tuple(Field("x", &Point::x), Field("label",
-//         &Point::label)); }
+//         static constexpr auto fields() {
+//             return std::tuple(Field("x", &Point::x), Field("label", &Point::label));
+//         }
 //     };
 //
 // Reading and writing both walk that list. A plain member is required when reading. An optional one is left
