@@ -1,5 +1,5 @@
-// A prompt hook: an agent runs it with each prompt that the user submits. It reads the prompt on standard input, counts
-// the image references in it, and records what it saw for the desktop application.
+// A prompt hook: an agent runs it with each prompt that the user submits. It reads the prompt on standard
+// input, counts the image references in it, and records what it saw for the desktop application.
 //
 //     prompt-hook AGENT CLIENT-ID < prompt
 
