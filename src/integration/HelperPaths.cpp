@@ -11,7 +11,7 @@ namespace {
 std::string applicationSupportFolder() {
     if (isTestingMode())
         if (const auto folder = environmentVariable("QUORVANTIS_APP_SUPPORT")) return absolutePath(*folder);
-    return joinedPath(platform::homeFolder(), "Library/Application Support/Quorvantis");
+    return joinedPath(absolutePath(platform::homeFolder()), "Library/Application Support/Quorvantis");
 }
 
 }  // namespace

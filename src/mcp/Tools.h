@@ -16,7 +16,8 @@ struct Tool {
     std::string_view inputSchema;  // JSON Schema, as compact JSON; it advises the client, the handler checks
     bool readOnly;                 // it writes no file
     std::string_view onlyAgent;    // the one agent that sees it in the list; empty for every agent
-    /// Takes the call's arguments, an object or null; answers the result, an object, or throws.
+    /// Takes the call's arguments, any value (what is no object has no keys); answers the result, an object,
+    /// or throws.
     JSONText (*handler)(JSON arguments, const BrokerIdentity& identity);
 };
 

@@ -4,7 +4,7 @@
 
 namespace quorvantis::platform {
 
-/// The current user's home folder as an absolute path. Reads the environment and the user database; never
+/// The current user's home folder. Reads the environment and the user database; never
 /// fails.
 std::string homeFolder();
 

@@ -64,7 +64,8 @@ class TemporaryFile {
 FileError FileError::reading(std::string_view path, int code) {
     std::string sentence = "The file “" + lastPathComponent(path) + "” couldn’t be opened";
     if (code == ENOENT) sentence += " because there is no such file";
-    if (code == EACCES || code == EPERM) sentence += " because you don’t have permission to view it";
+    if (code == EACCES || code == EPERM || code == ENXIO)
+        sentence += " because you don’t have permission to view it";
     return FileError(sentence + ".");
 }
 
@@ -78,7 +79,7 @@ FileError FileError::system(int code) {
 }
 
 ReadableFile::ReadableFile(const std::string& path)
-    // Not blocking: opening a FIFO would wait for its writer.
+    // Not blocking: opening a FIFO would wait for its writer. Opening a socket fails with ENXIO.
     : path_(path), descriptor_(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)) {
     if (!descriptor_) throw FileError::reading(path, errno);
     const auto mode = statusOf(descriptor_, path).st_mode;

@@ -1,7 +1,5 @@
 #include "support/JSON.h"
 
-#include <algorithm>
-
 #include "support/NumberText.h"
 
 namespace quorvantis {

@@ -15,8 +15,9 @@ class JSONDocument {
   public:
     /// Reads one document, strictly: nothing but white space around it, valid UTF-8, no lone surrogates. A
     /// leading byte-order mark is skipped; of members with the same key the first counts. Nothing when the
-    /// text is anything else, is nested too deeply, or holds a number with an exponent beyond 32 bits. The
-    /// values look into the text: it must outlive the document.
+    /// text is anything else, is nested too deeply, or holds a number with an exponent that, once the point
+    /// is shifted behind the digits, leaves 32 bits. The values look into the text: it must outlive the
+    /// document.
     static std::optional<JSONDocument> parse(std::string_view text);
     /// The same for a text that the document keeps.
     static std::optional<JSONDocument> parseOwned(std::string text);

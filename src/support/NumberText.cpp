@@ -12,16 +12,11 @@ namespace {
 
 constexpr std::int64_t mostDigits = 19;  // of a 64-bit integer
 
-// A text of more digits than this is out of range either way; the bound keeps sums of exponents from
-// overflowing.
-constexpr std::int64_t farExponent = std::int64_t{1} << 40;
-
 std::int64_t exponentOf(std::string_view text) {
     if (text.starts_with('+')) text.remove_prefix(1);
     std::int64_t exponent = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), exponent);
-    const bool far = result.ec != std::errc() || exponent > farExponent || exponent < -farExponent;
-    return far ? (text.starts_with('-') ? -farExponent : farExponent) : exponent;
+    std::from_chars(text.data(), text.data() + text.size(), exponent);
+    return exponent;
 }
 
 /// digits * 10^exponent, without leading or trailing zeros.

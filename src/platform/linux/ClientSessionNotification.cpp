@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <dlfcn.h>
+#include <string_view>
 #include <systemd/sd-bus.h>
 #include <unistd.h>
 
@@ -14,8 +15,19 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+/// Whether each of the addresses (D-Bus specification, "Server Addresses") is a local socket. The other kinds
+/// are left alone: to resolve a host or to start a program can take any time, and no deadline reaches it.
+bool areLocal(std::string_view addresses) {
+    for (;;) {
+        if (!addresses.starts_with("unix:")) return false;
+        const auto end = addresses.find(';');
+        if (end == addresses.npos) return true;
+        addresses.remove_prefix(end + 1);
+    }
+}
+
 bool hasSessionBus() {
-    if (const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS")) return *address != '\0';
+    if (const char* addresses = std::getenv("DBUS_SESSION_BUS_ADDRESS")) return areLocal(addresses);
     const char* folder = std::getenv("XDG_RUNTIME_DIR");
     return folder && access((std::string(folder) + "/bus").c_str(), F_OK) == 0;
 }
