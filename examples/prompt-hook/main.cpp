@@ -31,7 +31,7 @@ int main(int count, char** arguments) {
     }
     const std::string prompt = quorvantis::repairedUTF8(standardInput());
     const auto references = quorvantis::ImageReferences::inPrompt(prompt);
-    quorvantis::PromptHookObservation::record(arguments[2], arguments[1], 0,
+    quorvantis::PromptHookObservation::record(quorvantis::repairedUTF8(arguments[2]), arguments[1], 0,
                                               static_cast<std::int64_t>(references.size()),
                                               references.empty() ? "no references" : "references found");
     return 0;

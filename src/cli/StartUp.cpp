@@ -33,6 +33,7 @@ BrokerIdentity validatedIdentity(const ArgumentReader& arguments) {
 int startUp(std::vector<std::string> arguments) {
     reserveStandardStreams();
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGCHLD, SIG_DFL);  // a parent may have left it ignored, and then no child can be waited for
     platform::keepFreedMemory();
     try {
         QuorvantisMCP::serve(validatedIdentity(ArgumentReader{std::move(arguments)}));

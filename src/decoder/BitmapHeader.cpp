@@ -87,7 +87,7 @@ ColourSpace colours(const PictureFile& file, const Fields& fields, std::uint64_t
     if (fields.size() < longestHeaderSize || fields.number32(56) != embeddedProfile) return {};
     const std::uint64_t start = position + fields.number32(112);
     const std::uint64_t size = fields.number32(116);
-    if (start > file.size() || size > file.size() - start) giveUp();
+    if (start > file.size() || size > file.size() - start) return {};
     ColourSpace colours = {.profile = std::vector<std::uint8_t>(size), .calibration = {}};
     file.read(start, colours.profile);
     return colours;

@@ -65,7 +65,8 @@ Orientation validOrientation(std::uint32_t value) {
 
 Orientation exifOrientation(std::span<const std::uint8_t> exif) {
     const Block block(withoutMark(exif));
-    if (block.byte(0) != block.byte(1) || block.number16(2) != 42) return upright;
+    const auto order = block.byte(0);
+    if ((order != 'I' && order != 'M') || block.byte(1) != order || block.number16(2) != 42) return upright;
     const std::size_t directory = block.number32(4);
     const std::size_t count = block.number16(directory);
     for (std::size_t i = 0; i < count; ++i) {

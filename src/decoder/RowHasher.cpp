@@ -1,5 +1,7 @@
 #include "decoder/RowHasher.h"
 
+#include <system_error>
+
 namespace quorvantis::decoder {
 
 namespace {
@@ -10,7 +12,12 @@ constexpr std::int64_t smallPicture = 131'072;  // pixels; below, a thread is no
 }  // namespace
 
 RowHasher::RowHasher(std::int64_t width, std::int64_t height) : hasher_(width, height) {
-    if (width * height > smallPicture) thread_ = std::thread([this] { hashBlocks(); });
+    if (width * height <= smallPicture) return;
+    try {
+        thread_ = std::thread([this] { hashBlocks(); });
+    } catch (const std::system_error&) {
+        // No room for one: the rows are hashed as they come.
+    }
 }
 
 void RowHasher::update(std::span<const std::byte> pixels) {

@@ -1,6 +1,8 @@
 #include "decoder/Sandbox.h"
 
+#include <algorithm>
 #include <array>
+#include <csignal>
 #include <memory>
 #include <sched.h>
 #include <seccomp.h>
@@ -32,7 +34,9 @@ constexpr std::array threadCalls = {
 /// The system calls that remain allowed.
 class AllowList {
   public:
-    AllowList() : filter_(seccomp_init(SCMP_ACT_KILL_PROCESS), &seccomp_release) {}
+    AllowList() : filter_(seccomp_init(SCMP_ACT_KILL_PROCESS), &seccomp_release) {
+        complete_ = seccomp_attr_set(filter_.get(), SCMP_FLTATR_ACT_BADARCH, SCMP_ACT_KILL_PROCESS) == 0;
+    }
 
     template <class... Conditions>
     void allow(int call, Conditions... conditions) {
@@ -52,12 +56,16 @@ class AllowList {
     }
 
     std::unique_ptr<void, decltype(&seccomp_release)> filter_;
-    bool complete_ = true;
+    bool complete_ = false;
 };
 
 void limit(int resource, rlim_t value) {
-    const rlimit limits = {.rlim_cur = value, .rlim_max = value};
-    if (setrlimit(static_cast<__rlimit_resource>(resource), &limits) != 0) giveUp();
+    const auto kind = static_cast<__rlimit_resource>(resource);
+    rlimit limits;
+    if (getrlimit(kind, &limits) != 0) giveUp();
+    limits.rlim_max = std::min(limits.rlim_max, value);  // one that is lower already cannot be raised
+    limits.rlim_cur = limits.rlim_max;
+    if (setrlimit(kind, &limits) != 0) giveUp();
 }
 
 void setLimits() {
@@ -91,6 +99,7 @@ void filterCalls() {
 void enterSandbox() {
     tzset();  // lcms2 dates the profiles that it makes: read the time zone while files can be opened
     setLimits();
+    prctl(PR_SET_PDEATHSIG, SIGKILL);  // nobody waits for a decoder that hangs once its parent is gone
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) giveUp();
     const bool kernelFilters = prctl(PR_GET_SECCOMP, 0, 0, 0, 0) >= 0;
     if (kernelFilters) filterCalls();

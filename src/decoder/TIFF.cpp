@@ -22,6 +22,8 @@ struct Meaning {
 Meaning meaningOfColours(const TIFFPicture& tiff) {
     using enum Meaning::Kind;
     const auto compression = tiff.field(TIFFTAG_COMPRESSION);
+    std::uint16_t stated = 0;
+    if (!TIFFGetField(tiff.handle(), TIFFTAG_PHOTOMETRIC, &stated)) giveUp();
     switch (tiff.field(TIFFTAG_PHOTOMETRIC)) {
         case PHOTOMETRIC_MINISWHITE: return {dark, Layout::gray, 1};
         case PHOTOMETRIC_MINISBLACK: return {light, Layout::gray, 1};

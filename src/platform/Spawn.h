@@ -22,7 +22,8 @@ struct Spawn {
     pid_t start() const;
 };
 
-/// Waits for a child to end. Answers its exit status, or the number of the signal that killed it.
+/// Waits for a child to end; SIGCHLD must not be ignored. Answers its exit status, or the number of the
+/// signal that killed it.
 int waitFor(pid_t child);
 
 }  // namespace quorvantis::platform

@@ -25,7 +25,7 @@ struct PromptHookObservation {
                           Field("referenceCount", &M::referenceCount), Field("outcome", &M::outcome));
     }
 
-    /// Replaces the agent's observation by one made now. Never fails.
+    /// Replaces the agent's observation by one made now. Never fails. The texts must be valid UTF-8.
     static void record(std::string_view clientID, std::string_view agent, std::int64_t attachmentCount,
                        std::int64_t referenceCount, std::string_view outcome);
 

@@ -59,6 +59,14 @@ class TemporaryFile {
     Descriptor file_;
 };
 
+Descriptor opened(const std::string& path) {
+    if (path.find('\0') != path.npos) throw FileError::reading(path, ENOENT);  // no name holds one
+    // Not blocking: opening a FIFO would wait for its writer. Opening a socket fails with ENXIO.
+    Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (!file) throw FileError::reading(path, errno);
+    return file;
+}
+
 }  // namespace
 
 FileError FileError::reading(std::string_view path, int code) {
@@ -78,10 +86,7 @@ FileError FileError::system(int code) {
     return FileError("The operation couldn’t be completed. (" + std::generic_category().message(code) + ")");
 }
 
-ReadableFile::ReadableFile(const std::string& path)
-    // Not blocking: opening a FIFO would wait for its writer. Opening a socket fails with ENXIO.
-    : path_(path), descriptor_(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)) {
-    if (!descriptor_) throw FileError::reading(path, errno);
+ReadableFile::ReadableFile(const std::string& path) : path_(path), descriptor_(opened(path)) {
     const auto mode = statusOf(descriptor_, path).st_mode;
     if (S_ISDIR(mode)) throw FileError::reading(path, EISDIR);
     if (!S_ISREG(mode)) throw FileError::reading(path, EACCES);

@@ -27,7 +27,7 @@ TEST(AttachmentIdentitiesTest, AreOfTheFilesInTheirOrder) {
               R"([{"sha256":")" + text + R"("},{"assetID":")" + hash + R"("},{"sha256":")" + empty + "\"}]");
     for (const std::string unusable : {"[]", "{}", "[7]", "[{}]"})
         EXPECT_FALSE(identities(unusable)) << unusable;
-    for (const auto name : {"none", "", "../"})
+    for (const auto name : {"none", "", "../", "text\\u0000x"})
         EXPECT_FALSE(identities("[" + file("text") + "," + file(name) + "]")) << name;
 }
 

@@ -7,6 +7,7 @@
 #include <memory>
 #include <sys/stat.h>
 
+#include "support/Characters.h"
 #include "support/Files.h"
 #include "support/Paths.h"
 
@@ -20,7 +21,7 @@ struct Type {
     std::string_view extension;
     std::string_view uti;
 };
-constexpr std::array<Type, 13> types = {{{"png", "public.png"},
+constexpr std::array<Type, 15> types = {{{"png", "public.png"},
                                          {"jpg", "public.jpeg"},
                                          {"jpeg", "public.jpeg"},
                                          {"gif", "com.compuserve.gif"},
@@ -30,11 +31,14 @@ constexpr std::array<Type, 13> types = {{{"png", "public.png"},
                                          {"bmp", "com.microsoft.bmp"},
                                          {"ico", "com.microsoft.ico"},
                                          {"heic", "public.heic"},
+                                         {"heif", "public.heif"},
                                          {"avif", "public.avif"},
                                          {"jp2", "public.jpeg-2000"},
+                                         {"j2k", "public.jpeg-2000"},
                                          {"", "public.data"}}};
 
-std::string typeOf(std::string_view path) {
+std::string typeOf(const std::string& file) {
+    const std::string path = lowerCased(file);
     const auto found = std::find_if(types.begin(), types.end() - 1, [&](const Type& type) {
         return path.size() > type.extension.size() && path.ends_with(type.extension) &&
                path[path.size() - type.extension.size() - 1] == '.';
@@ -77,7 +81,8 @@ Asset assetOf(const std::string& path, const AttachmentIdentity& identity) {
 
 ImageLibrary::ImageLibrary(const std::string& folder) {
     const auto paths = filesIn(folder);
-    const auto identities = HelperIO::attachmentIdentities(paths);
+    const auto identities =
+        HelperIO::attachmentIdentities(paths, HelperIO::decodingPatience * (paths.size() + 1));
     for (std::size_t i = 0; i < paths.size(); ++i)
         if (identities[i]) assets_.push_back(assetOf(paths[i], *identities[i]));
 }

@@ -37,20 +37,22 @@ bool isSame(const std::string& path, const std::string& hash) {
            HelperIO::sha256FileAt(path) == hash;
 }
 
-void copy(const std::string& file, const Descriptor& target) {
-    readFile(file, [&](std::string_view piece) {
-        if (!writeStream(target.get(), piece)) throw FileError::system(errno);
-    });
+void copy(const std::string& file, const Descriptor& target, const std::string& hash) {
+    const std::string content = readFile(file);
+    if (HelperIO::sha256(content) != hash)
+        throw std::runtime_error("The original has changed since it was read");
+    if (!writeStream(target.get(), content)) throw FileError::system(errno);
 }
 
 /// False when something stands there already.
-bool putInto(const Descriptor& folder, const std::string& name, const std::string& file) {
+bool putInto(const Descriptor& folder, const std::string& name, const std::string& file,
+             const std::string& hash) {
     const Descriptor target(
         openat(folder.get(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
     if (!target && errno == EEXIST) return false;
     if (!target) throw FileError::system(errno);
     try {
-        copy(file, target);
+        copy(file, target, hash);
     } catch (...) {
         unlinkat(folder.get(), name.c_str(), 0);
         throw;
@@ -66,7 +68,7 @@ WorkspaceFile copiedInto(const std::string& workspaceRoot, const std::string& fi
     for (const std::string& candidate : {name, hash.substr(0, 16) + "-" + name}) {
         const std::string relativePath = joinedPath(imageFolder, candidate);
         const std::string path = joinedPath(workspaceRoot, relativePath);
-        if (putInto(folder, candidate, file) || isSame(path, hash)) return {path, relativePath};
+        if (putInto(folder, candidate, file, hash) || isSame(path, hash)) return {path, relativePath};
     }
     throw std::runtime_error("Other files stand in the image's place in the workspace");
 }
