@@ -2,23 +2,24 @@
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
-#include <vector>
 
 #include "imaging/DecodedPixels.h"
 #include "platform/Descriptor.h"
 
 namespace quorvantis {
 
-/// Decodes pictures and hashes their pixels, several side by side where the system decodes in processes of
-/// their own: as many as there are processors, at most four.
+/// Decodes pictures and hashes their pixels: in this process, one after the other, where the system itself
+/// decodes pictures; elsewhere in processes of their own, as many side by side as there are processors, at
+/// most four.
 class DecodedPixelHash {
   public:
     /// Takes the result: nothing when the file is no picture that can be decoded.
     using Done = std::function<void(const std::optional<DecodedPixels>&)>;
 
-    /// `patience` bounds the time from here on, for all pictures in all; what is not done by then has no
-    /// result.
+    /// `patience` bounds the time from here on, for all pictures in all; what is not begun (in this process)
+    /// or not done (elsewhere) by then has no result.
     explicit DecodedPixelHash(std::chrono::milliseconds patience);
     DecodedPixelHash(const DecodedPixelHash&) = delete;
     DecodedPixelHash& operator=(const DecodedPixelHash&) = delete;
@@ -32,12 +33,8 @@ class DecodedPixelHash {
     void finish();
 
   private:
-    struct Decoder;
-
-    void collect();
-
-    std::vector<Decoder> running_;
-    std::chrono::steady_clock::time_point deadline_;
+    struct Work;
+    std::unique_ptr<Work> work_;
 };
 
 }  // namespace quorvantis

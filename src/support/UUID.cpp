@@ -1,7 +1,7 @@
 #include "support/UUID.h"
 
 #include <cstdlib>
-#include <unistd.h>
+#include <sys/random.h>
 
 namespace quorvantis {
 

@@ -7,53 +7,52 @@
 #include <sys/wait.h>
 #include <system_error>
 
+#include "platform/SpawnInheritance.h"
+
 namespace quorvantis::platform {
 
 namespace {
 
-class FileActions {
+/// What posix_spawn is told besides the program: the child's descriptors, and all signals as a program
+/// expects them at its start.
+class Conditions {
   public:
-    explicit FileActions(const std::vector<int>& descriptors) {
+    explicit Conditions(const std::vector<int>& descriptors) {
         posix_spawn_file_actions_init(&actions_);
+        posix_spawnattr_init(&attributes_);
         int place = 0;
-        for (const int descriptor : descriptors) {
-            if (descriptor == Spawn::nullDevice)
-                posix_spawn_file_actions_addopen(&actions_, place, "/dev/null", O_RDWR, 0);
-            else
-                posix_spawn_file_actions_adddup2(&actions_, descriptor, place);
-            ++place;
-        }
-        posix_spawn_file_actions_addclosefrom_np(&actions_, place);
+        for (const int descriptor : descriptors) give(descriptor, place++);
+        resetSignals();
+        inheritOnly(place, actions_, attributes_);
     }
-    FileActions(const FileActions&) = delete;
-    FileActions& operator=(const FileActions&) = delete;
-    ~FileActions() { posix_spawn_file_actions_destroy(&actions_); }
+    Conditions(const Conditions&) = delete;
+    Conditions& operator=(const Conditions&) = delete;
+    ~Conditions() {
+        posix_spawnattr_destroy(&attributes_);
+        posix_spawn_file_actions_destroy(&actions_);
+    }
 
-    const posix_spawn_file_actions_t* get() const { return &actions_; }
+    const posix_spawn_file_actions_t* actions() const { return &actions_; }
+    const posix_spawnattr_t* attributes() const { return &attributes_; }
 
   private:
-    posix_spawn_file_actions_t actions_;
-};
+    void give(int descriptor, int place) {
+        if (descriptor == Spawn::nullDevice)
+            posix_spawn_file_actions_addopen(&actions_, place, "/dev/null", O_RDWR, 0);
+        else
+            posix_spawn_file_actions_adddup2(&actions_, descriptor, place);
+    }
 
-/// All signals as a program expects them at its start.
-class Signals {
-  public:
-    Signals() {
+    void resetSignals() {
         sigset_t signals;
-        posix_spawnattr_init(&attributes_);
         sigfillset(&signals);
         posix_spawnattr_setsigdefault(&attributes_, &signals);
         sigemptyset(&signals);
         posix_spawnattr_setsigmask(&attributes_, &signals);
         posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
     }
-    Signals(const Signals&) = delete;
-    Signals& operator=(const Signals&) = delete;
-    ~Signals() { posix_spawnattr_destroy(&attributes_); }
 
-    const posix_spawnattr_t* get() const { return &attributes_; }
-
-  private:
+    posix_spawn_file_actions_t actions_;
     posix_spawnattr_t attributes_;
 };
 
@@ -67,12 +66,11 @@ std::vector<char*> pointers(const std::vector<std::string>& texts) {
 }  // namespace
 
 pid_t Spawn::start() const {
-    const FileActions actions(descriptors);
-    const Signals signals;
+    const Conditions conditions(descriptors);
     std::vector<std::string> words = arguments;
     words.insert(words.begin(), executable);
     pid_t child = -1;
-    const int code = posix_spawn(&child, executable.c_str(), actions.get(), signals.get(),
+    const int code = posix_spawn(&child, executable.c_str(), conditions.actions(), conditions.attributes(),
                                  pointers(words).data(), pointers(environment).data());
     if (code != 0) throw std::system_error(code, std::generic_category());
     return child;
