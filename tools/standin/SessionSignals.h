@@ -11,7 +11,7 @@ class SessionSignals {
     SessionSignals();
     ~SessionSignals();
 
-    /// Ready for reading when there may be a notification; -1 when none will come.
+    /// Ready for reading when there may be a notification; -1 when nothing tells: then `take` finds out.
     int descriptor() const;
     /// Takes the notifications that have arrived. True when there was one.
     bool take();

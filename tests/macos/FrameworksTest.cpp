@@ -1,0 +1,80 @@
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "SessionSignals.h"
+#include "fake/Objects.h"
+#include "harness/TemporaryFolder.h"
+#include "imaging/AttachmentIdentity.h"
+#include "platform/ClientSessionNotification.h"
+#include "platform/Executables.h"
+#include "platform/PathText.h"
+#include "support/Files.h"
+
+namespace quorvantis {
+namespace {
+
+using namespace std::string_literals;
+
+// Two pixels: red, and green at half strength.
+const std::string pixels = "\xFF\0\0\xFF"s + "\0\xFF\0\x80"s;
+
+std::string words(const AttachmentIdentity& identity) {
+    if (!identity.pixelHash) return "none";
+    return std::to_string(*identity.pixelWidth) + " x " + std::to_string(*identity.pixelHeight) + " " +
+           identity.pixelHash->substr(0, 16);
+}
+
+TEST(Frameworks, IdentifyPictures) {
+    const struct {
+        std::string file;
+        std::string identity;
+    } cases[] = {
+        // sha256 of "2x1:rgba8-srgb:" and ff0000ff 00800080; then of "1x2:rgba8-srgb:" and the same.
+        {"FAKE 2 1 1\n" + pixels, "2 x 1 49d271d266e97fcd"},
+        {"FAKE 2 1 6\n" + pixels, "2 x 1 451fa92a63aadf92"},
+        {"", "none"},
+        {"no picture", "none"},
+        {"FAKE 0 1 1\n" + pixels, "none"},    // no width told
+        {"FAKE 1.5 1 1\n" + pixels, "none"},  // not an integer
+        {"FAKE -2 -1 1\n" + pixels, "none"},
+        {"FAKE 2 2 1\n" + pixels, "none"},  // rows are missing
+        {"FAKE 60000001 1 1\n" + pixels, "none"},
+        {"FAKE 10001 6000 1\n" + pixels, "none"},
+    };
+    const harness::TemporaryFolder folder;
+    const std::string path = folder / "picture";
+    for (const auto& [file, identity] : cases) {
+        replaceFile(path, file);
+        EXPECT_EQ(words(HelperIO::attachmentIdentity(path)), identity) << file;
+    }
+    EXPECT_EQ(fake::liveObjects(), 0);
+}
+
+TEST(Frameworks, CarryTheNotification) {
+    standin::SessionSignals signals;
+    EXPECT_FALSE(signals.take());
+    platform::postClientSessionChanged("claude-code");
+    EXPECT_EQ(fake::takePosted(), "com.quorvantis.client-session-changed claude-code 1\n");
+    EXPECT_TRUE(signals.take());
+    EXPECT_FALSE(signals.take());
+    EXPECT_EQ(fake::liveObjects(), 0);
+}
+
+TEST(Frameworks, ComparePathsByTheirCharacters) {
+    EXPECT_TRUE(platform::samePathText("/caf\u00E9", "/cafe\u0301"));
+    EXPECT_FALSE(platform::samePathText("/caf\u00E9", "/cafe"));
+    EXPECT_FALSE(platform::samePathText("/A", "/a"));
+    EXPECT_TRUE(platform::samePathText("/\xFF", "/\xFF"));
+    EXPECT_FALSE(platform::samePathText("/\xFF", "/\xFE"));
+    EXPECT_EQ(fake::liveObjects(), 0);
+}
+
+TEST(Frameworks, NameExecutables) {
+    EXPECT_EQ(platform::firstArgument(), "the/first argument");
+    EXPECT_EQ(platform::executablePath(getpid()), std::filesystem::read_symlink("/proc/self/exe").string());
+    EXPECT_EQ(platform::executablePath(-1), std::nullopt);
+}
+
+}  // namespace
+}  // namespace quorvantis

@@ -1,0 +1,40 @@
+#include "SessionSignals.h"
+
+#include "platform/macos/ClientSessionSignal.h"
+#include "platform/macos/Owned.h"
+
+namespace quorvantis::standin {
+
+struct SessionSignals::Connection {
+    bool isHeard = false;
+
+    ~Connection() {
+        CFNotificationCenterRemoveEveryObserver(CFNotificationCenterGetDistributedCenter(), this);
+    }
+
+    static void hear(CFNotificationCenterRef, void* connection, CFNotificationName, const void*,
+                     CFDictionaryRef) {
+        static_cast<Connection*>(connection)->isHeard = true;
+    }
+};
+
+SessionSignals::SessionSignals() : connection_(std::make_unique<Connection>()) {
+    const auto name = platform::ownedString(platform::clientSessionChanged);
+    CFNotificationCenterAddObserver(CFNotificationCenterGetDistributedCenter(), connection_.get(),
+                                    Connection::hear, name.get(), nullptr,
+                                    CFNotificationSuspensionBehaviorDeliverImmediately);
+}
+
+SessionSignals::~SessionSignals() = default;
+
+int SessionSignals::descriptor() const {
+    return -1;  // the system delivers to run loops only
+}
+
+bool SessionSignals::take() {
+    connection_->isHeard = false;
+    while (CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, true) == kCFRunLoopRunHandledSource) {}
+    return connection_->isHeard;
+}
+
+}  // namespace quorvantis::standin
