@@ -62,7 +62,7 @@ std::vector<std::string> filesIn(const std::string& folder) {
 /// A UUID made of the hash's first digits.
 UUID identifierFrom(const std::string& hash) {
     std::string text = hash.substr(0, 32);
-    for (const std::size_t hyphen : {8, 13, 18, 23}) text.insert(hyphen, 1, '-');
+    for (const int hyphen : {8, 13, 18, 23}) text.insert(static_cast<std::size_t>(hyphen), 1, '-');
     return UUID::parse(text).value();
 }
 

