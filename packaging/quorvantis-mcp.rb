@@ -1,0 +1,45 @@
+# The Homebrew formula. The three addresses and the checksum stand for a release that does not exist yet: whoever makes
+# one puts its archive into `url` and `sha256`, the repository into `head`, and the project's page into `homepage`.
+class QuorvantisMcp < Formula
+  desc "Access to the Quorvantis desktop application for AI coding agents"
+  homepage "https://quorvantis.invalid/"
+  url "https://quorvantis.invalid/quorvantis-mcp-1.0.0.tar.gz"
+  sha256 "0000000000000000000000000000000000000000000000000000000000000000"
+  head "https://quorvantis.invalid/quorvantis-mcp.git", branch: "main"
+
+  depends_on "boost" => :build
+  depends_on "cmake" => :build
+  depends_on "ninja" => :build
+  depends_on "pkgconf" => :build
+  depends_on "utf8proc"
+
+  def install
+    system "cmake", "-S", ".", "-B", "build", "-G", "Ninja", *std_cmake_args
+    system "cmake", "--build", "build"
+    system "cmake", "--install", "build"
+  end
+
+  test do
+    assert_equal "Invalid arguments: Expected serve with agent identity.\n",
+                 shell_output("#{bin}/quorvantis-mcp serve 2>&1", 1)
+
+    standin = spawn "#{bin}/quorvantis-standin", "--folder", testpath.to_s
+    begin
+      100.times do
+        break if (testpath/"Runtime/quorvantis.sock").socket?
+
+        sleep 0.1
+      end
+      manifest = JSON.parse((testpath/"Integrations/Agents/codex.json").read)
+      ENV["QUORVANTIS_TESTING"] = "1"
+      ENV["QUORVANTIS_APP_SUPPORT"] = testpath.to_s
+      answer = pipe_output("#{bin}/quorvantis-mcp serve --agent codex --client-id #{manifest["clientID"]} " \
+                           "--credential-file #{manifest["credentialPath"]}",
+                           '{"id":1,"method":"tools/call","params":{"name":"get_integration_status"}}', 0)
+      assert JSON.parse(answer)["result"]["structuredContent"]["running"]
+    ensure
+      Process.kill "TERM", standin
+      Process.wait standin
+    end
+  end
+end
