@@ -4,6 +4,7 @@
 #include <errno.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 #include "platform/Descriptor.h"
 #include "platform/HomeFolder.h"
@@ -34,20 +35,35 @@ std::vector<std::string> childEnvironment() {
     return variables;
 }
 
+class Tool {
+  public:
+    explicit Tool(pid_t process) : process_(process) {}
+    Tool(Tool&& other) noexcept : process_(std::exchange(other.process_, 0)) {}
+    ~Tool() {
+        if (process_ > 0) platform::waitFor(process_);
+    }
+
+    int status() && { return platform::waitFor(std::exchange(process_, 0)); }
+
+  private:
+    pid_t process_;
+};
+
+// The output is closed before the tool is waited for, which could wait for a reader itself.
 struct Started {
-    pid_t child;
+    Tool tool;
     Descriptor output;
 };
 
 Started started(const std::string& executable, const std::vector<std::string>& arguments) {
     platform::Pipe pipe;
     const int output = pipe.writing.get();
-    const pid_t child = platform::Spawn{.executable = executable,
-                                        .arguments = arguments,
-                                        .environment = childEnvironment(),
-                                        .descriptors = {platform::Spawn::nullDevice, output, output}}
-                            .start();
-    return {child, std::move(pipe.reading)};
+    Tool tool(platform::Spawn{.executable = executable,
+                              .arguments = arguments,
+                              .environment = childEnvironment(),
+                              .descriptors = {platform::Spawn::nullDevice, output, output}}
+                  .start());
+    return {std::move(tool), std::move(pipe.reading)};
 }
 
 Started startedOrFailure(const std::string& executable, const std::vector<std::string>& arguments) {
@@ -72,10 +88,10 @@ std::string readToEnd(const Descriptor& pipe) {
 }  // namespace
 
 ProcessResult runProcess(const std::string& executable, const std::vector<std::string>& arguments) {
-    const Started process = startedOrFailure(absolutePath(executable), arguments);
+    Started process = startedOrFailure(absolutePath(executable), arguments);
     // First the output: a child that prints a lot ends only when somebody reads it.
     std::string output = readToEnd(process.output);
-    const int status = platform::waitFor(process.child);
+    const int status = std::move(process.tool).status();
     return {.status = status, .output = isValidUTF8(output) ? std::move(output) : std::string()};
 }
 
