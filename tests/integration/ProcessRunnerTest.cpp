@@ -2,43 +2,46 @@
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <unistd.h>
 
+#include "platform/Executables.h"
 #include "platform/HomeFolder.h"
 #include "support/Environment.h"
 #include "support/Files.h"
 
 namespace quorvantis {
 
-static ProcessResult shell(const std::string& script) {
-    return runProcess("/bin/sh", {"-c", script, "name", "a b", "$HOME"});
+/// Runs this program in a role of `playTool`.
+static ProcessResult play(std::vector<std::string> words) {
+    words.insert(words.begin(), "--tool");
+    return runProcess(platform::executablePath(getpid()).value(), words);
 }
 
 TEST(ProcessRunnerTest, CollectsBothStreamsAndTheStatus) {
-    const std::tuple<std::string, int, std::string> cases[] = {
-        {"echo out; echo err >&2; echo out; exit 3", 3, "out\nerr\nout\n"},
-        {"printf %s \"$1|$2\"", 0, "a b|$HOME"},
-        {"cat; echo end of input", 0, "end of input\n"},
-        {"echo first; kill -9 $$", 9, "first\n"},
-        {"printf 'x\\377'; exit 2", 2, ""},
-        {"kill -PIPE $$", 13, ""},
-        {"ls /proc/$$/fd | wc -l", 0, "3\n"},
+    struct Case {
+        std::vector<std::string> words;
+        int status;
+        std::string output;
     };
-    for (const auto& [script, status, output] : cases) {
-        const auto result = shell(script);
-        EXPECT_EQ(result.status, status) << script;
-        EXPECT_EQ(result.output, output) << script;
+    for (const auto& [words, status, output] :
+         {Case{{"both"}, 3, "out\nerr\nout again"}, Case{{"arguments", "a b", "$HOME"}, 0, "a b|$HOME"},
+          Case{{"bytes"}, 0, ""}, Case{{"flood"}, 0, std::string(10'485'760, 'x')},
+          Case{{"signal", "9"}, 9, "last words"}, Case{{"signal", "13"}, 13, "last words"},
+          Case{{"read"}, 0, "0"}, Case{{"descriptors"}, 0, "3"}}) {
+        const auto result = play(words);
+        EXPECT_EQ(result.status, status) << words[0];
+        EXPECT_TRUE(result.output == output) << words[0] << ": " << result.output.substr(0, 80);
     }
-    EXPECT_EQ(shell("head -c 10485760 /dev/zero").output.size(), 10'485'760u);
 }
 
 TEST(ProcessRunnerTest, AddsToThePath) {
     const std::string before = environmentVariable("PATH").value();
-    const std::string added = ":/opt/homebrew/bin:/usr/local/bin:" + platform::homeFolder() + "/.local/bin\n";
-    EXPECT_EQ(shell("echo $PATH").output, before + added);
+    const std::string added = ":/opt/homebrew/bin:/usr/local/bin:" + platform::homeFolder() + "/.local/bin";
+    EXPECT_EQ(play({"path"}).output, before + added);
     setenv("PATH", "", 1);
-    EXPECT_EQ(shell("echo $PATH").output, added);
+    EXPECT_EQ(play({"path"}).output, added);
     unsetenv("PATH");
-    EXPECT_EQ(shell("echo $PATH").output, "/usr/bin:/bin" + added);
+    EXPECT_EQ(play({"path"}).output, "/usr/bin:/bin" + added);
     setenv("PATH", before.c_str(), 1);
 }
 
