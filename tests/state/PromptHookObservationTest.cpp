@@ -14,7 +14,7 @@ TEST(PromptHookObservationTest, IsReadAndWritten) {
          {R"(,"outcome":"")", "", "outcome missing"}});
 }
 
-TEST(PromptHookObservationTest, ReplacesTheOneBefore) {
+TEST(PromptHookObservationTest, ReplacesTheOneBeforeOrLeavesNothing) {
     const harness::TemporaryFolder folder;
     setenv("QUORVANTIS_TESTING", "1", 1);
     setenv("QUORVANTIS_APP_SUPPORT", (folder / "support").c_str(), 1);
@@ -25,8 +25,14 @@ TEST(PromptHookObservationTest, ReplacesTheOneBefore) {
     const auto last = decodedRecord<PromptHookObservation>(readFile(path));
     EXPECT_EQ(last.clientID + last.outcome, "dsecond");
     EXPECT_EQ(last.attachmentCount * 10 + last.referenceCount, 34);
-    setenv("QUORVANTIS_APP_SUPPORT", "/dev/null/support", 1);
-    PromptHookObservation::record("c", "cursor", 1, 2, "into nowhere");
+    // One that cannot take its place is dropped without a trace.
+    std::filesystem::create_directory(PromptHookObservation::url("taken"));
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    PromptHookObservation::record("c", "taken", 1, 2, "dropped");
+    EXPECT_EQ(testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(harness::itemsIn(folder / "support/Integrations/Agents"), 2);
+    EXPECT_TRUE(std::filesystem::is_empty(PromptHookObservation::url("taken")));
     unsetenv("QUORVANTIS_TESTING");
     unsetenv("QUORVANTIS_APP_SUPPORT");
 }
