@@ -79,20 +79,32 @@ void metadata(const ImageLibrary& library, JSON request, JSONWriter& reply) {
     reply.endArray();
 }
 
-void currentPromptAssets(const ImageLibrary& library, const CurrentPrompt& prompt, JSONWriter& reply) {
-    const auto isInPrompt = [&](const Asset& asset) {
-        const auto name = lastPathComponent(asset.path);
-        return std::find(prompt.images.begin(), prompt.images.end(), name) != prompt.images.end();
-    };
+void currentPromptAssets(const CurrentPrompt& prompt, JSONWriter& reply) {
     reply.members("matched", !prompt.images.empty());
     reply.key("images");
     reply.beginArray();
-    for (const Asset& asset : library.assets())
-        if (isInPrompt(asset)) writeCopy(asset, prompt.workspaceRoot, reply);
+    for (const Asset* asset : prompt.images) writeCopy(*asset, prompt.workspaceRoot, reply);
     reply.endArray();
 }
 
+const Asset* imageNamed(const std::string& name, const ImageLibrary& library) {
+    const auto& assets = library.assets();
+    const auto found = std::find_if(assets.begin(), assets.end(), [&](const Asset& asset) {
+        return lastPathComponent(asset.path) == name;
+    });
+    if (found == assets.end())
+        throw std::runtime_error("There is no image \"" + name + "\" in the folder of images.");
+    return &*found;
+}
+
 }  // namespace
+
+CurrentPrompt promptWith(const std::vector<std::string>& names, const ImageLibrary& library,
+                         const std::string& workspaceRoot) {
+    CurrentPrompt prompt = {.images = {}, .workspaceRoot = workspaceRoot};
+    for (const std::string& name : names) prompt.images.push_back(imageNamed(name, library));
+    return prompt;
+}
 
 void addImageOperations(Operations& operations, const ImageLibrary& library, const CurrentPrompt& prompt) {
     const auto add = [&](const char* name, auto operation) {
@@ -103,8 +115,8 @@ void addImageOperations(Operations& operations, const ImageLibrary& library, con
     add("resolve", resolve);
     add("materialize", materialize);
     add("metadata", metadata);
-    operations["current_prompt_assets"] = [&library, prompt](JSON, JSONWriter& reply) {
-        currentPromptAssets(library, prompt, reply);
+    operations["current_prompt_assets"] = [prompt](JSON, JSONWriter& reply) {
+        currentPromptAssets(prompt, reply);
     };
 }
 

@@ -66,6 +66,8 @@ void take(Options& options, int letter, const char* word) {
 
 void complete(Options& options) {
     if (options.folder.empty()) fail("Name a folder with --folder.");
+    if (options.images.empty() && !options.promptImages.empty())
+        fail("Name the folder of the prompt's images with --images.");
     if (options.history.empty()) options.history = joinedPath(options.folder, "history.json");
     if (options.workspace.empty()) options.workspace = absolutePath("");
     if (options.agents.empty()) options.agents = {"codex"};

@@ -51,7 +51,8 @@ void introduce(const HistoryFile& history, const ImageLibrary& images,
     std::fflush(stdout);
 }
 
-Operations operationsFor(const HistoryFile& history, const ImageLibrary& images, const Options& options) {
+Operations operationsFor(const HistoryFile& history, const ImageLibrary& images, const CurrentPrompt& prompt,
+                         const Options& options) {
     Operations operations;
     operations["status"] = [&](JSON, JSONWriter& reply) {
         reply.members("running", true, "applicationName", "Quorvantis stand-in",  //
@@ -60,7 +61,7 @@ Operations operationsFor(const HistoryFile& history, const ImageLibrary& images,
                       "imageCount", images.assets().size());
     };
     addHistoryOperations(operations, history, options.refusesHistory);
-    addImageOperations(operations, images, {options.promptImages, options.workspace});
+    addImageOperations(operations, images, prompt);
     return operations;
 }
 
@@ -83,6 +84,7 @@ void run(const Options& options) {
     HistoryFile(options.history).makeIfMissing();
     if (options.addedText) return HistoryFile(options.history).add(*options.addedText);
     const auto images = options.images.empty() ? ImageLibrary() : ImageLibrary(options.images);
+    const auto prompt = promptWith(options.promptImages, images, options.workspace);
     const HistoryFile history(options.history, historyEntries(images));
     const int stop = stopSignalDescriptor();
     const auto agents = installedAll(options.agents);
@@ -90,7 +92,7 @@ void run(const Options& options) {
     const BrokerSocket socket(HelperPaths().socket);
     introduce(history, images, agents);
     ClientWatch clients(options.agents);
-    serve(socket, Broker(agents, operationsFor(history, images, options)), clients, stop);
+    serve(socket, Broker(agents, operationsFor(history, images, prompt, options)), clients, stop);
     log("stopped");
 }
 
