@@ -1,5 +1,6 @@
 #include "ImageEntries.h"
 
+#include "facts/PictureFacts.h"
 #include "support/Paths.h"
 
 namespace quorvantis::standin {
@@ -8,9 +9,16 @@ namespace {
 
 std::optional<HelperImageMetadata> metadata(const Asset& asset) {
     if (!asset.identity.pixelHash) return std::nullopt;
+    const PictureFacts facts = pictureFactsOf(asset.path);
     return HelperImageMetadata{.pixelWidth = *asset.identity.pixelWidth,
                                .pixelHeight = *asset.identity.pixelHeight,
                                .pixelHash = asset.identity.pixelHash,
+                               .bitsPerComponent = facts.bitsPerComponent,
+                               .hasAlpha = facts.hasAlpha,
+                               .colorModel = facts.colorModel,
+                               .profileName = facts.profileName,
+                               .orientation = facts.orientation,
+                               .frameCount = facts.frameCount,
                                .originalUTI = asset.uti,
                                .isOriginalFile = true,
                                .isBitExact = true};
@@ -28,23 +36,40 @@ HelperEntry record(const Asset& asset) {
     return {.id = asset.entryID, .createdAt = asset.writtenAt, .primaryKind = "image", .items = {item}};
 }
 
-std::string detail(const Asset& asset) {
-    const std::string size = std::to_string(asset.byteCount) + " bytes";
-    if (!asset.identity.pixelHash) return "Image, " + size;
-    return "Image, " + std::to_string(*asset.identity.pixelWidth) + " x " +
-           std::to_string(*asset.identity.pixelHeight) + ", " + size;
+std::string colours(const HelperImageMetadata& image) {
+    if (!image.bitsPerComponent || !image.colorModel) return "";
+    return ", " + std::to_string(*image.bitsPerComponent) + "-bit " + *image.colorModel +
+           (image.hasAlpha.value_or(false) ? " with alpha" : "") +
+           (image.profileName ? ", " + *image.profileName : "");
+}
+
+std::string frames(const HelperImageMetadata& image) {
+    const auto count = image.frameCount.value_or(1);
+    return count == 1 ? "" : ", " + std::to_string(count) + " frames";
+}
+
+std::string detail(const HelperRepresentation& representation) {
+    std::string text = "Image";
+    if (const auto& image = representation.imageMetadata)
+        text += ", " + std::to_string(image->pixelWidth) + " x " + std::to_string(image->pixelHeight) +
+                colours(*image) + frames(*image);
+    return text + ", " + std::to_string(representation.byteCount) + " bytes";
+}
+
+StandinEntry historyEntry(const Asset& asset) {
+    const HelperEntry entry = record(asset);
+    return {.entry = entry,
+            .kind = "image",
+            .preview = lastPathComponent(asset.path),
+            .detail = detail(entry.items[0].representations[0]),
+            .filePaths = std::vector{asset.path}};
 }
 
 }  // namespace
 
 std::vector<StandinEntry> historyEntries(const ImageLibrary& library) {
     std::vector<StandinEntry> entries;
-    for (const Asset& asset : library.assets())
-        entries.push_back({.entry = record(asset),
-                           .kind = "image",
-                           .preview = lastPathComponent(asset.path),
-                           .detail = detail(asset),
-                           .filePaths = std::vector{asset.path}});
+    for (const Asset& asset : library.assets()) entries.push_back(historyEntry(asset));
     return entries;
 }
 
