@@ -1,23 +1,18 @@
 #include "harness/ChildProcess.h"
 
-#include <array>
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <stdexcept>
-#include <sys/wait.h>
 #include <unistd.h>
+
+#include "platform/Pipe.h"
+#include "platform/Spawn.h"
 
 namespace quorvantis::harness {
 
 using platform::Descriptor;
-
-static std::pair<Descriptor, Descriptor> newPipe() {
-    std::array<int, 2> ends = {-1, -1};
-    EXPECT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
-    return {Descriptor(ends[0]), Descriptor(ends[1])};
-}
 
 /// What there is to read; empty at the end.
 static std::string readSome(const Descriptor& descriptor) {
@@ -28,34 +23,26 @@ static std::string readSome(const Descriptor& descriptor) {
     return bytes.substr(0, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
 }
 
-static std::vector<char*> pointers(const std::vector<std::string>& texts) {
-    std::vector<char*> result;
-    for (const auto& text : texts) result.push_back(const_cast<char*>(text.c_str()));
-    result.push_back(nullptr);
-    return result;
-}
-
 ChildProcess::ChildProcess(const Launch& launch) {
-    auto [input, inputEnd] = newPipe();
-    auto [outputEnd, output] = newPipe();
-    auto [errorsEnd, errors] = newPipe();
-    fcntl(output.get(), F_SETFL, O_NONBLOCK);
-    const auto command = pointers(launch.command), environment = pointers(launch.environment);
-    if ((id_ = fork()) == 0) {
-        for (int stream = 0; const auto* end : {&input, &output, &errors}) dup2(end->get(), stream++);
-        std::signal(SIGPIPE, SIG_DFL);
-        execve(command[0], command.data(), environment.data());
-        _exit(127);
-    }
-    input_ = std::move(inputEnd);
-    output_ = std::move(outputEnd);
-    errors_ = std::move(errorsEnd);
+    platform::Pipe input, output, errors;
+    fcntl(output.writing.get(), F_SETFL, O_NONBLOCK);
+    platform::Spawn child = {
+        .executable = launch.command.at(0),
+        .arguments = {launch.command.begin() + 1, launch.command.end()},
+        .environment = launch.environment,
+        .descriptors = {input.reading.get(), output.writing.get(), errors.writing.get()}};
+    // On macOS a program with the address sanitizer says at its start that it cannot use that zone.
+    child.environment.push_back("MallocNanoZone=0");
+    id_ = child.start();
+    input_ = std::move(input.writing);
+    output_ = std::move(output.reading);
+    errors_ = std::move(errors.reading);
 }
 
 ChildProcess::~ChildProcess() {
     if (id_ <= 0) return;
     kill(id_, SIGKILL);
-    waitpid(id_, nullptr, 0);
+    platform::waitFor(id_);
 }
 
 void ChildProcess::send(std::string_view bytes) {
@@ -85,9 +72,7 @@ void ChildProcess::expectEnd(int status, const std::string& errors) {
     std::string said;
     for (std::string more; !(more = readSome(errors_)).empty();) said += more;
     EXPECT_EQ(said, errors);
-    int state = 0;
-    waitpid(std::exchange(id_, 0), &state, 0);
-    EXPECT_EQ(WIFEXITED(state) ? WEXITSTATUS(state) : -WTERMSIG(state), status);
+    EXPECT_EQ(platform::waitFor(std::exchange(id_, 0)), status);
 }
 
 }  // namespace quorvantis::harness

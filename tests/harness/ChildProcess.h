@@ -29,8 +29,8 @@ class ChildProcess {
     void closeOutput() { output_ = {}; }
     /// The next line of its output without the line feed; nothing at the end.
     std::optional<std::string> readLine();
-    /// Closes its input, and expects that it writes nothing more and exits: with this status (minus the
-    /// number of a signal) and standard error.
+    /// Closes its input, and expects that it writes nothing more and exits: with this status (or by the
+    /// signal of this number) and standard error.
     void expectEnd(int status = 0, const std::string& errors = "");
 
   private:
