@@ -1,11 +1,14 @@
 #pragma once
 
+#include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <thread>
+#include <unistd.h>
 
 #include "broker/BrokerTransport.h"
+#include "platform/Pipe.h"
 #include "platform/Sockets.h"
 #include "support/JSONDocument.h"
 
@@ -29,8 +32,10 @@ struct BrokerConnection {
     }
     /// Reads nothing and says nothing until the other side hangs up.
     void awaitHangUp() {
-        pollfd waiting = {.fd = socket.get(), .events = 0, .revents = 0};
-        EXPECT_EQ(poll(&waiting, 1, 10'000), 1) << "it waits for more";
+        // Looks again and again: a poll of macOS that found bytes to read no longer watches for the end.
+        pollfd waiting = {.fd = socket.get(), .events = POLLHUP, .revents = 0};
+        for (int looks = 0; poll(&waiting, 1, 0) == 0; usleep(20'000))
+            ASSERT_LT(++looks, 500) << "it waits for more";
     }
 };
 
@@ -44,11 +49,9 @@ class FakeBroker {
         const auto address = BrokerTransport::address(path).value();
         EXPECT_EQ(bind(listener_.get(), address.get(), address.length), 0) << path;
         EXPECT_EQ(listen(listener_.get(), 8), 0);
+        fcntl(listener_.get(), F_SETFL, O_NONBLOCK);  // a client may be gone before it is accepted
         thread_ = std::thread([this, play = std::move(play)] {
-            for (int accepted; (accepted = accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC)) >= 0;) {
-                BrokerConnection connection{platform::Descriptor(accepted), requests_};
-                play(connection);
-            }
+            while (awaitClient()) serveOne(play);
         });
     }
     FakeBroker(const FakeBroker&) = delete;
@@ -56,13 +59,29 @@ class FakeBroker {
 
     /// Stops listening and answers the request lines that came, without their line feeds.
     const std::vector<std::string>& requests() {
-        shutdown(listener_.get(), SHUT_RDWR);
+        stop_.writing = {};
         if (thread_.joinable()) thread_.join();
         return requests_;
     }
 
   private:
+    /// False when there is none and the play is over.
+    bool awaitClient() const {
+        pollfd waiting[] = {{listener_.get(), POLLIN, 0}, {stop_.reading.get(), POLLIN, 0}};
+        return poll(waiting, 2, -1) > 0 && waiting[0].revents != 0;
+    }
+
+    void serveOne(const Play& play) {
+        BrokerConnection connection{platform::Descriptor(accept(listener_.get(), nullptr, nullptr)),
+                                    requests_};
+        if (!connection.socket || !platform::disableBrokenPipeSignal(connection.socket)) return;
+        fcntl(connection.socket.get(), F_SETFD, FD_CLOEXEC);
+        fcntl(connection.socket.get(), F_SETFL, 0);
+        play(connection);
+    }
+
     platform::Descriptor listener_;
+    platform::Pipe stop_;  // its writing end is closed to say so
     std::vector<std::string> requests_;
     std::thread thread_;
 };
