@@ -7,29 +7,26 @@
 
 namespace quorvantis::harness {
 
-/// Where the server finds the application-support folder: by the testing environment, or in the home folder.
-enum class Base { testing, home };
-
 /// An application-support folder in which the agent "codex" is registered.
 struct Installation {
     TemporaryFolder folder;
-    std::string appSupport = folder.path();
+    std::string appSupport;
     std::string credential = folder / "credential";
-    std::vector<std::string> environment = {"QUORVANTIS_TESTING=1", "QUORVANTIS_APP_SUPPORT=" + appSupport};
+    std::vector<std::string> environment = {"QUORVANTIS_TESTING=1",
+                                            "QUORVANTIS_APP_SUPPORT=" + folder.path()};
 
-    explicit Installation(Base base = Base::testing) {
-        if (base == Base::home) {
-            environment = {"QUORVANTIS_TESTING=true", "QUORVANTIS_APP_SUPPORT=" + appSupport,
-                           "HOME=" + appSupport};
-            appSupport += "/Library/Application Support/Quorvantis";
-        }
+    /// The application-support folder is the temporary one, or `below` it.
+    explicit Installation(const std::string& below = "") : appSupport(folder.path() + below) {
         std::filesystem::create_directories(appSupport + "/Runtime");
         writeText(credential, "secret/token");
-        const AgentManifest manifest = {.agent = "codex",
-                                        .clientID = "client-1",
-                                        .credentialHash = HelperIO::sha256("secret/token"),
-                                        .credentialPath = credential};
-        writeText(agentFile("codex.json"), encodedRecord(manifest));
+        writeText(agentFile("codex.json"), encodedRecord(manifest()));
+    }
+
+    AgentManifest manifest() const {
+        return {.agent = "codex",
+                .clientID = "client-1",
+                .credentialHash = HelperIO::sha256("secret/token"),
+                .credentialPath = credential};
     }
 
     std::string socket() const { return appSupport + "/Runtime/quorvantis.sock"; }

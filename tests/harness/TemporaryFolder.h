@@ -4,6 +4,7 @@
 #include <fstream>
 #include <stdlib.h>
 #include <string>
+#include <unistd.h>
 
 namespace quorvantis::harness {
 

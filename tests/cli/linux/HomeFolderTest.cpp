@@ -1,0 +1,15 @@
+#include <gtest/gtest.h>
+
+#include "harness/Installation.h"
+
+namespace quorvantis {
+
+TEST(HomeFolderTest, HoldsTheApplicationSupportFolder) {
+    harness::Installation installation("/Library/Application Support/Quorvantis");
+    installation.credential += "//";
+    installation.environment = {"QUORVANTIS_TESTING=true", "QUORVANTIS_APP_SUPPORT=/nowhere",
+                                "HOME=" + installation.folder.path()};
+    harness::ChildProcess(installation.launch()).expectEnd();
+}
+
+}  // namespace quorvantis
