@@ -1,6 +1,8 @@
 #include "broker/BrokerClient.h"
 
+#include <algorithm>
 #include <csignal>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -67,7 +69,7 @@ TEST(BrokerClientTest, ChecksTheReply) {
 }
 
 TEST(BrokerClientTest, TakesAMebibyteAndNoMore) {
-    for (const std::size_t size : {1'048'576, 1'048'577}) {
+    for (const auto size : {1'048'576u, 1'048'577u}) {
         const auto play = [size](auto& connection) {
             std::string reply = harness::replyTo(connection.receive(), R"({"padding":"X"})");
             connection.send(reply.insert(reply.find('X'), size - reply.size(), 'x'));
@@ -85,8 +87,14 @@ TEST(BrokerClientTest, WaitsForNobodyAndSurvivesAHangUp) {
     EXPECT_EQ(outcomeOf([](auto&) {}, large), notSent);
 }
 
+static int openDescriptors() {
+    int count = 0;
+    for (int descriptor = 0; descriptor < 256; ++descriptor) count += fcntl(descriptor, F_GETFD) >= 0;
+    return count;
+}
+
 TEST(BrokerClientTest, FindsTheSocketAndLeavesNoDescriptorOpen) {
-    const auto before = harness::itemsIn("/proc/self/fd");
+    const int before = openDescriptors();
     const TemporaryFolder folder;
     const std::string longest = folder / std::string(103 - folder.path().size() - 1, 's');
     harness::writeText(folder / "file", "");
@@ -100,7 +108,7 @@ TEST(BrokerClientTest, FindsTheSocketAndLeavesNoDescriptorOpen) {
         EXPECT_TRUE(BrokerClient::isLocalReachable(longest));
         unlink(longest.c_str());
     }
-    EXPECT_EQ(harness::itemsIn("/proc/self/fd"), before);
+    EXPECT_EQ(openDescriptors(), before);
 }
 
 TEST(BrokerClientTest, SendsTheEnvelopeAndTheFieldsOverIt) {
@@ -123,7 +131,7 @@ TEST(BrokerClientTest, ReachesOnlyAPrivateSocketWithAListener) {
     std::filesystem::create_symlink(socket, folder / "link");
     {
         const FakeBroker broker(socket, [](auto&) {});
-        for (const mode_t mode : {0660, 0700, 0400, 0600}) {
+        for (const auto mode : std::initializer_list<mode_t>{0660, 0700, 0400, 0600}) {
             chmod(socket.c_str(), mode);
             EXPECT_EQ(BrokerClient::isLocalReachable(socket), mode == 0600) << mode;
         }
