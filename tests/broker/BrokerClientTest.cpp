@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <csignal>
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "harness/Descriptors.h"
 #include "harness/FakeBroker.h"
 #include "harness/TemporaryFolder.h"
 #include "harness/Words.h"
@@ -87,14 +87,8 @@ TEST(BrokerClientTest, WaitsForNobodyAndSurvivesAHangUp) {
     EXPECT_EQ(outcomeOf([](auto&) {}, large), notSent);
 }
 
-static int openDescriptors() {
-    int count = 0;
-    for (int descriptor = 0; descriptor < 256; ++descriptor) count += fcntl(descriptor, F_GETFD) >= 0;
-    return count;
-}
-
 TEST(BrokerClientTest, FindsTheSocketAndLeavesNoDescriptorOpen) {
-    const int before = openDescriptors();
+    const int before = harness::openDescriptors();
     const TemporaryFolder folder;
     const std::string longest = folder / std::string(103 - folder.path().size() - 1, 's');
     harness::writeText(folder / "file", "");
@@ -108,7 +102,7 @@ TEST(BrokerClientTest, FindsTheSocketAndLeavesNoDescriptorOpen) {
         EXPECT_TRUE(BrokerClient::isLocalReachable(longest));
         unlink(longest.c_str());
     }
-    EXPECT_EQ(openDescriptors(), before);
+    EXPECT_EQ(harness::openDescriptors(), before);
 }
 
 TEST(BrokerClientTest, SendsTheEnvelopeAndTheFieldsOverIt) {

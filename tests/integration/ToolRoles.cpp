@@ -1,9 +1,9 @@
 #include "integration/ToolRoles.h"
 
 #include <csignal>
-#include <fcntl.h>
 #include <unistd.h>
 
+#include "harness/Descriptors.h"
 #include "support/Environment.h"
 #include "support/Streams.h"
 
@@ -11,12 +11,6 @@ namespace quorvantis {
 
 static void print(const std::string& text) {
     writeStream(STDOUT_FILENO, text);
-}
-
-static int openDescriptors() {
-    int count = 0;
-    for (int descriptor = 0; descriptor < 256; ++descriptor) count += fcntl(descriptor, F_GETFD) >= 0;
-    return count;
 }
 
 static void writeToBoth() {
@@ -39,7 +33,7 @@ int playTool(const std::vector<std::string>& words) {
     if (role == "signal") dieOf(std::stoi(words.at(1)));
     if (role == "path") print(environmentVariable("PATH").value_or("none"));
     if (char byte; role == "read") print(std::to_string(read(STDIN_FILENO, &byte, 1)));
-    if (role == "descriptors") print(std::to_string(openDescriptors()));
+    if (role == "descriptors") print(std::to_string(harness::openDescriptors()));
     return role == "both" ? 3 : 0;
 }
 
