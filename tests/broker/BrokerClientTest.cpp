@@ -1,6 +1,5 @@
 #include "broker/BrokerClient.h"
 
-#include <algorithm>
 #include <csignal>
 #include <gtest/gtest.h>
 #include <sys/stat.h>

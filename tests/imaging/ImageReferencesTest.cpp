@@ -44,7 +44,7 @@ TEST(ImageReferencesTest, AreFoundInPrompts) {
 TEST(CharactersTest, AreGraphemeClusters) {
     const std::pair<std::string, std::size_t> cases[] = {
         {"", 0},           {"a\r\nb", 3}, {"e\u0301", 1}, {"👩‍👩‍👧🇩🇪🇫🇷", 3},
-        {"각가\u11a8", 2}, {"क्षि", 2},    {"\u0600a", 1}};
+        {"각가\u11a8", 2}, {"\u0600a", 1}};
     for (const auto& [text, count] : cases) EXPECT_EQ(characterCount(text), count) << text;
     EXPECT_EQ(lowerCased("ÀΣİẞ\U00010400K0"), "àσi\u0307ß\U00010428k0");
 }

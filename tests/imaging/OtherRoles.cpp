@@ -7,6 +7,7 @@
 #include <set>
 #include <unistd.h>
 
+#include "harness/TemporaryFolder.h"
 #include "imaging/AttachmentIdentity.h"
 #include "support/Streams.h"
 
@@ -27,6 +28,15 @@ static bool inheritedNothing() {
            sigisemptyset(&mask);
 }
 
+/// Leaves a file beside the picture and waits for that of another decoder.
+static bool metAnother() {
+    const auto folder = std::filesystem::read_symlink("/proc/self/fd/3").parent_path() / "meeting";
+    std::filesystem::create_directory(folder);
+    close(creat((folder / std::to_string(getpid())).c_str(), 0600));
+    for (int attempt = 0; attempt < 1'000 && harness::itemsIn(folder) < 2; ++attempt) usleep(10'000);
+    return harness::itemsIn(folder) >= 2;
+}
+
 int playDecoder() {
     std::array<char, 256> text;
     const std::string task(text.data(), static_cast<std::size_t>(pread(3, text.data(), text.size(), 0)));
@@ -35,8 +45,7 @@ int playDecoder() {
     if (task.starts_with("hang")) sleep(100);
     while (task == "flood") writeStream(STDOUT_FILENO, answer);
     if (task == "touch") writeStream(open("/proc/self/fd/3", O_WRONLY | O_APPEND), "ed");
-    if (task == "nap") usleep(200'000);
-    if (task == "touch" || task == "nap" || (task == "look" && inheritedNothing()))
+    if (task == "touch" || (task == "meet" && metAnother()) || (task == "look" && inheritedNothing()))
         writeStream(STDOUT_FILENO, answer);
     return 0;
 }

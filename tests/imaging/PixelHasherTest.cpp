@@ -30,7 +30,7 @@ TEST(PixelHasherTest, HashesTheHeaderAndThePixels) {
 }
 
 TEST(PixelHasherTest, HashesNothingButTheWholePicture) {
-    for (const std::size_t size : {0, 23, 25, 48}) {
+    for (const auto size : {0u, 23u, 25u, 48u}) {
         const std::vector<std::byte> pixels(size);
         PixelHasher hasher(2, 3);
         hasher.update(pixels);
