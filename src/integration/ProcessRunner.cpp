@@ -35,34 +35,19 @@ std::vector<std::string> childEnvironment() {
     return variables;
 }
 
-class Tool {
-  public:
-    explicit Tool(pid_t process) : process_(process) {}
-    Tool(Tool&& other) noexcept : process_(std::exchange(other.process_, 0)) {}
-    ~Tool() {
-        if (process_ > 0) platform::waitFor(process_);
-    }
-
-    int status() && { return platform::waitFor(std::exchange(process_, 0)); }
-
-  private:
-    pid_t process_;
-};
-
-// The output is closed before the tool is waited for, which could wait for a reader itself.
 struct Started {
-    Tool tool;
-    Descriptor output;
+    platform::Child tool;
+    Descriptor output;  // closed before the tool is waited for: one that still writes would never end
 };
 
 Started started(const std::string& executable, const std::vector<std::string>& arguments) {
     platform::Pipe pipe;
     const int output = pipe.writing.get();
-    Tool tool(platform::Spawn{.executable = executable,
-                              .arguments = arguments,
-                              .environment = childEnvironment(),
-                              .descriptors = {platform::Spawn::nullDevice, output, output}}
-                  .start());
+    auto tool = platform::Spawn{.executable = executable,
+                                .arguments = arguments,
+                                .environment = childEnvironment(),
+                                .descriptors = {platform::Spawn::nullDevice, output, output}}
+                    .start();
     return {std::move(tool), std::move(pipe.reading)};
 }
 
@@ -91,7 +76,7 @@ ProcessResult runProcess(const std::string& executable, const std::vector<std::s
     Started process = startedOrFailure(absolutePath(executable), arguments);
     // First the output: a child that prints a lot ends only when somebody reads it.
     std::string output = readToEnd(process.output);
-    const int status = std::move(process.tool).status();
+    const int status = process.tool.wait();
     return {.status = status, .output = isValidUTF8(output) ? std::move(output) : std::string()};
 }
 

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <system_error>
 
+#include "platform/Descriptor.h"
 #include "platform/SpawnInheritance.h"
 
 namespace quorvantis::platform {
@@ -17,13 +18,13 @@ namespace {
 /// expects them at its start.
 class Conditions {
   public:
-    explicit Conditions(const std::vector<int>& descriptors) {
+    explicit Conditions(const std::vector<int>& descriptors) : places_(static_cast<int>(descriptors.size())) {
         posix_spawn_file_actions_init(&actions_);
         posix_spawnattr_init(&attributes_);
         int place = 0;
         for (const int descriptor : descriptors) give(descriptor, place++);
         resetSignals();
-        inheritOnly(place, actions_, attributes_);
+        inheritOnly(places_, actions_, attributes_);
     }
     Conditions(const Conditions&) = delete;
     Conditions& operator=(const Conditions&) = delete;
@@ -40,7 +41,15 @@ class Conditions {
         if (descriptor == Spawn::nullDevice)
             posix_spawn_file_actions_addopen(&actions_, place, "/dev/null", O_RDWR, 0);
         else
-            posix_spawn_file_actions_adddup2(&actions_, descriptor, place);
+            posix_spawn_file_actions_adddup2(&actions_, source(descriptor), place);
+    }
+
+    /// The descriptor, or one like it that is none of the places: filling those would overwrite it.
+    int source(int descriptor) {
+        if (descriptor >= places_) return descriptor;
+        Descriptor copy(fcntl(descriptor, F_DUPFD_CLOEXEC, places_));
+        if (!copy) throw std::system_error(errno, std::generic_category());
+        return copies_.emplace_back(std::move(copy)).get();
     }
 
     void resetSignals() {
@@ -52,6 +61,8 @@ class Conditions {
         posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
     }
 
+    int places_;
+    std::vector<Descriptor> copies_;
     posix_spawn_file_actions_t actions_;
     posix_spawnattr_t attributes_;
 };
@@ -65,7 +76,7 @@ std::vector<char*> pointers(const std::vector<std::string>& texts) {
 
 }  // namespace
 
-pid_t Spawn::start() const {
+Child Spawn::start() const {
     const Conditions conditions(descriptors);
     std::vector<std::string> words = arguments;
     words.insert(words.begin(), executable);
@@ -73,12 +84,21 @@ pid_t Spawn::start() const {
     const int code = posix_spawn(&child, executable.c_str(), conditions.actions(), conditions.attributes(),
                                  pointers(words).data(), pointers(environment).data());
     if (code != 0) throw std::system_error(code, std::generic_category());
-    return child;
+    return Child(child);
 }
 
-int waitFor(pid_t child) {
+Child::~Child() {
+    if (id_ > 0) wait();
+}
+
+void Child::kill() const {
+    if (id_ > 0) ::kill(id_, SIGKILL);
+}
+
+int Child::wait() {
     int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {}
+    while (waitpid(id_, &status, 0) < 0 && errno == EINTR) {}
+    id_ = 0;
     return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
 }
 

@@ -1,11 +1,35 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <sys/types.h>
+#include <utility>
 #include <vector>
 
 namespace quorvantis::platform {
+
+/// A child process that was started, or none. It is waited for when this goes, so that the system forgets it;
+/// SIGCHLD must not be ignored.
+class Child {
+  public:
+    Child() = default;
+    explicit Child(pid_t id) : id_(id) {}
+    Child(Child&& other) noexcept : id_(std::exchange(other.id_, 0)) {}
+    Child& operator=(Child&& other) noexcept {
+        std::swap(id_, other.id_);
+        return *this;
+    }
+    ~Child();
+
+    pid_t id() const { return id_; }  // 0 when there is none
+    /// Ends it by SIGKILL, if there is one.
+    void kill() const;
+    /// Waits for it to end. Answers its exit status, or the number of the signal that killed it. From then on
+    /// there is none.
+    int wait();
+
+  private:
+    pid_t id_ = 0;
+};
 
 /// A child process to be: what it runs, and all that it inherits.
 struct Spawn {
@@ -14,16 +38,11 @@ struct Spawn {
     std::string executable;                // its path; it is not searched for
     std::vector<std::string> arguments;    // without the program's own name
     std::vector<std::string> environment;  // NAME=value
-    /// The descriptors that become 0, 1, 2 and so on in the child, or `nullDevice`. It gets no others. One at
-    /// the most may stand behind the standard streams.
+    /// The descriptors that become 0, 1, 2 and so on in the child, or `nullDevice`. It gets no others.
     std::vector<int> descriptors;
 
-    /// Starts it, with no signal ignored or blocked, and answers its number. Throws std::system_error.
-    pid_t start() const;
+    /// Starts it, with no signal ignored or blocked. Throws std::system_error.
+    Child start() const;
 };
-
-/// Waits for a child to end; SIGCHLD must not be ignored. Answers its exit status, or the number of the
-/// signal that killed it.
-int waitFor(pid_t child);
 
 }  // namespace quorvantis::platform

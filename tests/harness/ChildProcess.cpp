@@ -1,6 +1,5 @@
 #include "harness/ChildProcess.h"
 
-#include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
@@ -8,7 +7,6 @@
 #include <unistd.h>
 
 #include "platform/Pipe.h"
-#include "platform/Spawn.h"
 
 namespace quorvantis::harness {
 
@@ -33,16 +31,10 @@ ChildProcess::ChildProcess(const Launch& launch) {
         .descriptors = {input.reading.get(), output.writing.get(), errors.writing.get()}};
     // On macOS a program with the address sanitizer says at its start that it cannot use that zone.
     child.environment.push_back("MallocNanoZone=0");
-    id_ = child.start();
+    child_ = child.start();
     input_ = std::move(input.writing);
     output_ = std::move(output.reading);
     errors_ = std::move(errors.reading);
-}
-
-ChildProcess::~ChildProcess() {
-    if (id_ <= 0) return;
-    kill(id_, SIGKILL);
-    platform::waitFor(id_);
 }
 
 void ChildProcess::send(std::string_view bytes) {
@@ -72,7 +64,7 @@ void ChildProcess::expectEnd(int status, const std::string& errors) {
     std::string said;
     for (std::string more; !(more = readSome(errors_)).empty();) said += more;
     EXPECT_EQ(said, errors);
-    EXPECT_EQ(platform::waitFor(std::exchange(id_, 0)), status);
+    EXPECT_EQ(child_.wait(), status);
 }
 
 }  // namespace quorvantis::harness

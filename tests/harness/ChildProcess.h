@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/Descriptor.h"
+#include "platform/Spawn.h"
 
 namespace quorvantis::harness {
 
@@ -15,14 +16,14 @@ class ChildProcess {
   public:
     struct Launch {
         std::vector<std::string> command;           // the program's absolute path first
-        std::vector<std::string> environment = {};  // NAME=value; nothing is inherited
+        std::vector<std::string> environment = {};  // NAME=value; only MallocNanoZone is added
     };
 
     explicit ChildProcess(const Launch& launch);
     ChildProcess(const ChildProcess&) = delete;
-    ~ChildProcess();
+    ~ChildProcess() { child_.kill(); }
 
-    pid_t id() const { return id_; }
+    pid_t id() const { return child_.id(); }
     int output() const { return output_.get(); }
     void send(std::string_view bytes);
     void closeInput() { input_ = {}; }
@@ -34,7 +35,7 @@ class ChildProcess {
     void expectEnd(int status = 0, const std::string& errors = "");
 
   private:
-    pid_t id_ = 0;
+    platform::Child child_;
     platform::Descriptor input_, output_, errors_;
     std::string received_;
 };

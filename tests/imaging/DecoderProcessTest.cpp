@@ -24,13 +24,15 @@ class DecoderProcessTest : public testing::Test {
     static void TearDownTestSuite() { folder.reset(); }
 
     /// What is printed for files of these texts, each with its line feed.
-    static std::string identities(const std::vector<std::string>& texts, int patience = 20'000) {
+    static std::string identities(const std::vector<std::string>& texts, int patience = 20'000,
+                                  const std::string& redirections = "") {
         std::string command = "exec " + *folder / "program" + " --identify " + std::to_string(patience);
         for (std::size_t i = 0; i < texts.size(); ++i) {
             const auto path = *folder / "picture" + std::to_string(i);
             writeText(path, texts[i]);
             command += " " + path;
         }
+        command += redirections;
         const std::unique_ptr<FILE, decltype(&pclose)> output(popen(command.c_str(), "r"), &pclose);
         std::string printed;
         for (int c; (c = fgetc(output.get())) != EOF;) printed += static_cast<char>(c);
@@ -51,6 +53,7 @@ std::unique_ptr<harness::TemporaryFolder> DecoderProcessTest::folder;
 
 TEST_F(DecoderProcessTest, GivesThePictureAndNothingElse) {
     EXPECT_EQ(identities({"look"}), decoded("look"));
+    EXPECT_EQ(identities({"look"}, 20'000, " <&- 2>&-"), decoded("look"));
 }
 
 TEST_F(DecoderProcessTest, TakesOnlyAWholeRecord) {

@@ -1,14 +1,12 @@
 #include "imaging/linux/DecoderProcess.h"
 
 #include <array>
-#include <csignal>
 #include <errno.h>
 #include <system_error>
 #include <unistd.h>
 
 #include "platform/Executables.h"
 #include "platform/Pipe.h"
-#include "platform/Spawn.h"
 #include "support/Paths.h"
 
 namespace quorvantis {
@@ -40,25 +38,11 @@ platform::Spawn decoder(const Descriptor& picture, const Descriptor& pipe) {
 std::optional<DecoderProcess> DecoderProcess::start(const Descriptor& file) {
     try {
         platform::Pipe pipe;
-        const pid_t process = decoder(file, pipe.writing).start();
-        return DecoderProcess(process, std::move(pipe.reading));
+        auto process = decoder(file, pipe.writing).start();
+        return DecoderProcess(std::move(process), std::move(pipe.reading));
     } catch (const std::system_error&) {
         return std::nullopt;  // no decoder: a picture that cannot be decoded
     }
-}
-
-DecoderProcess::DecoderProcess(pid_t process, Descriptor output)
-    : process_(process), output_(std::move(output)) {}
-
-DecoderProcess::DecoderProcess(DecoderProcess&& other) noexcept
-    : process_(std::exchange(other.process_, -1)),
-      output_(std::move(other.output_)),
-      record_(std::move(other.record_)) {}
-
-DecoderProcess::~DecoderProcess() {
-    if (process_ < 0) return;
-    kill(process_, SIGKILL);  // it has nothing more to say
-    platform::waitFor(process_);
 }
 
 bool DecoderProcess::readSome() {

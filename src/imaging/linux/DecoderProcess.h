@@ -2,10 +2,10 @@
 
 #include <optional>
 #include <string>
-#include <sys/types.h>
 
 #include "imaging/DecodedPixels.h"
 #include "platform/Descriptor.h"
+#include "platform/Spawn.h"
 
 namespace quorvantis {
 
@@ -17,9 +17,9 @@ class DecoderProcess {
     /// none.
     static std::optional<DecoderProcess> start(const platform::Descriptor& file);
 
-    DecoderProcess(DecoderProcess&& other) noexcept;
+    DecoderProcess(DecoderProcess&&) noexcept = default;
     DecoderProcess& operator=(DecoderProcess&&) = delete;
-    ~DecoderProcess();
+    ~DecoderProcess() { process_.kill(); }  // it has nothing more to say
 
     /// Its output, to poll for reading.
     int output() const { return output_.get(); }
@@ -29,9 +29,10 @@ class DecoderProcess {
     std::optional<DecodedPixels> result() const { return DecodedPixels::parse(record_); }
 
   private:
-    DecoderProcess(pid_t process, platform::Descriptor output);
+    DecoderProcess(platform::Child process, platform::Descriptor output)
+        : process_(std::move(process)), output_(std::move(output)) {}
 
-    pid_t process_;  // -1 once moved from
+    platform::Child process_;
     platform::Descriptor output_;
     std::string record_;
 };
