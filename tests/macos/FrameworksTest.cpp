@@ -25,7 +25,7 @@ std::string words(const AttachmentIdentity& identity) {
            identity.pixelHash->substr(0, 16);
 }
 
-TEST(Frameworks, IdentifyPictures) {
+TEST(FrameworksTest, IdentifyPictures) {
     const struct {
         std::string file;
         std::string identity;
@@ -51,7 +51,7 @@ TEST(Frameworks, IdentifyPictures) {
     EXPECT_EQ(fake::liveObjects(), 0);
 }
 
-TEST(Frameworks, CarryTheNotification) {
+TEST(FrameworksTest, CarryTheNotification) {
     standin::SessionSignals signals;
     EXPECT_FALSE(signals.take());
     platform::postClientSessionChanged("claude-code");
@@ -61,7 +61,7 @@ TEST(Frameworks, CarryTheNotification) {
     EXPECT_EQ(fake::liveObjects(), 0);
 }
 
-TEST(Frameworks, ComparePathsByTheirCharacters) {
+TEST(FrameworksTest, ComparePathsByTheirCharacters) {
     EXPECT_TRUE(platform::samePathText("/caf\u00E9", "/cafe\u0301"));
     EXPECT_FALSE(platform::samePathText("/caf\u00E9", "/cafe"));
     EXPECT_FALSE(platform::samePathText("/A", "/a"));
@@ -70,7 +70,7 @@ TEST(Frameworks, ComparePathsByTheirCharacters) {
     EXPECT_EQ(fake::liveObjects(), 0);
 }
 
-TEST(Frameworks, NameExecutables) {
+TEST(FrameworksTest, NameExecutables) {
     EXPECT_EQ(platform::firstArgument(), "the/first argument");
     EXPECT_EQ(platform::executablePath(getpid()), std::filesystem::read_symlink("/proc/self/exe").string());
     EXPECT_EQ(platform::executablePath(-1), std::nullopt);

@@ -19,35 +19,36 @@ using platform::Owned;
 
 namespace {
 
-using Bytes = std::vector<UInt8>;
+using Pixels = std::vector<UInt8>;
+
+// In bytes: the most pixels, of four numbers of 32 bits each.
+constexpr off_t longestPicture = 1 << 30;
+static_assert(longestPicture > pixelBudget * 16);
 
 struct Size {
     std::int64_t width;
     std::int64_t height;
 };
 
-/// The whole file, or what is there of it. Not mapped: a mapped file that shrinks would end the process.
-Bytes contentOf(const platform::Descriptor& file) {
+/// The whole file, or what is there of it; null when no picture can be so large. Not mapped: a mapped file
+/// that shrinks would end the process.
+Owned<CFMutableDataRef> contentOf(const platform::Descriptor& file) {
     struct stat status = {};
-    fstat(file.get(), &status);
-    Bytes content(static_cast<std::size_t>(std::max<off_t>(status.st_size, 0)));
-    std::size_t size = 0;
-    while (size < content.size()) {
+    if (fstat(file.get(), &status) != 0 || status.st_size > longestPicture) return nullptr;
+    Owned<CFMutableDataRef> content(CFDataCreateMutable(kCFAllocatorDefault, 0));
+    if (!content) return nullptr;
+    CFDataSetLength(content.get(), status.st_size);
+    UInt8* const bytes = CFDataGetMutableBytePtr(content.get());
+    off_t size = 0;
+    while (size < status.st_size) {
         const ssize_t count =
-            pread(file.get(), content.data() + size, content.size() - size, static_cast<off_t>(size));
+            pread(file.get(), bytes + size, static_cast<std::size_t>(status.st_size - size), size);
         if (count < 0 && errno == EINTR) continue;
         if (count <= 0) break;
-        size += static_cast<std::size_t>(count);
+        size += count;
     }
-    content.resize(size);
+    CFDataSetLength(content.get(), size);
     return content;
-}
-
-Owned<CGImageSourceRef> sourceOver(const Bytes& content) {
-    const Owned<CFDataRef> data(CFDataCreateWithBytesNoCopy(
-        kCFAllocatorDefault, content.data(), static_cast<CFIndex>(content.size()), kCFAllocatorNull));
-    if (!data) return nullptr;
-    return Owned<CGImageSourceRef>(CGImageSourceCreateWithData(data.get(), nullptr));
 }
 
 std::optional<std::int64_t> integer(CFDictionaryRef properties, CFStringRef key) {
@@ -84,8 +85,8 @@ Owned<CGImageRef> uprightImage(CGImageSourceRef source, const Size& declared) {
 }
 
 /// The image's rows in sRGB, premultiplied; nothing when the system cannot draw it.
-std::optional<Bytes> drawn(CGImageRef image, std::size_t width, std::size_t height) {
-    Bytes pixels(width * 4 * height);
+std::optional<Pixels> drawn(CGImageRef image, std::size_t width, std::size_t height) {
+    Pixels pixels(width * 4 * height);
     const Owned<CGColorSpaceRef> sRGB(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
     if (!sRGB) return std::nullopt;
     constexpr auto rgba = static_cast<std::uint32_t>(kCGImageAlphaPremultipliedLast) |
@@ -115,8 +116,9 @@ std::optional<std::string> decodedPixelHash(CGImageSourceRef source, const Size&
 }
 
 std::optional<DecodedPixels> decoded(const platform::Descriptor& file) {
-    const Bytes content = contentOf(file);
-    const auto source = sourceOver(content);
+    const auto content = contentOf(file);
+    if (!content) return std::nullopt;
+    const Owned<CGImageSourceRef> source(CGImageSourceCreateWithData(content.get(), nullptr));
     if (!source) return std::nullopt;
     const auto declared = declaredSize(source.get());
     if (!declared) return std::nullopt;

@@ -30,7 +30,8 @@ bool isBelow(std::string_view folder, std::string_view path) {
     return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
 }
 
-/// Names below "/private" that the system never shortens, whatever a shorter one may lead to.
+/// The folders whose names Foundation keeps below "/private", whatever the shorter one may lead to: those of
+/// the system's root.
 bool isInTopFolder(std::string_view path) {
     constexpr std::array<std::string_view, 12> folders = {"/Applications", "/Library", "/System", "/Users",
                                                           "/Volumes",      "/bin",     "/cores",  "/dev",

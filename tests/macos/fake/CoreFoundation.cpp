@@ -46,10 +46,9 @@ using namespace fake;
 
 struct CFDictionaryKeyCallBacks {};
 struct CFDictionaryValueCallBacks {};
-static Object yes, nullAllocator;
+static Object yes;
 
 const CFAllocatorRef kCFAllocatorDefault = nullptr;
-const CFAllocatorRef kCFAllocatorNull = reinterpret_cast<CFAllocatorRef>(&nullAllocator);
 const CFBooleanRef kCFBooleanTrue = reinterpret_cast<CFBooleanRef>(&yes);
 const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks = {};
 const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks = {};
@@ -117,12 +116,17 @@ void CFStringNormalize(CFMutableStringRef reference, CFStringNormalizationForm f
     std::free(decomposed);
 }
 
-CFDataRef CFDataCreateWithBytesNoCopy(CFAllocatorRef, const UInt8* bytes, CFIndex count,
-                                      CFAllocatorRef ofBytes) {
-    require(ofBytes == kCFAllocatorNull, "the bytes stay the caller's");
-    auto* const data = new Data;
-    data->bytes.assign(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(count));
-    return created<CFDataRef>(data);
+CFMutableDataRef CFDataCreateMutable(CFAllocatorRef, CFIndex longest) {
+    require(longest == 0, "data that may grow");
+    return created<CFMutableDataRef>(new Data);
+}
+
+void CFDataSetLength(CFMutableDataRef data, CFIndex count) {
+    object<Data>(data).bytes.resize(static_cast<std::size_t>(count));
+}
+
+UInt8* CFDataGetMutableBytePtr(CFMutableDataRef data) {
+    return reinterpret_cast<UInt8*>(object<Data>(data).bytes.data());
 }
 
 CFDictionaryRef CFDictionaryCreate(CFAllocatorRef, const void** keys, const void** values, CFIndex count,

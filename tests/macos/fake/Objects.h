@@ -36,6 +36,7 @@ struct Data : Object {
 
 /// Objects created and not yet released, constants aside.
 long liveObjects();
+/// Adds to their number.
 void count(long created);
 
 [[noreturn]] inline void misuse(const char* rule) {
@@ -70,7 +71,7 @@ inline const std::string& text(CFTypeRef string) {
     return object<String>(string).text;
 }
 
-/// The notifications posted so far, as "name object options".
+/// The notifications posted since the last call, a line each: "<name> <object> <options>".
 std::string takePosted();
 
 }  // namespace fake

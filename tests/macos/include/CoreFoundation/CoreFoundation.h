@@ -17,6 +17,7 @@ typedef const void* CFTypeRef;
 typedef const struct __CFAllocator* CFAllocatorRef;
 typedef const struct __CFBoolean* CFBooleanRef;
 typedef const struct __CFData* CFDataRef;
+typedef struct __CFData* CFMutableDataRef;
 typedef const struct __CFDictionary* CFDictionaryRef;
 typedef const struct __CFNumber* CFNumberRef;
 typedef const struct __CFString* CFStringRef;
@@ -24,7 +25,6 @@ typedef struct __CFString* CFMutableStringRef;
 typedef struct __CFNotificationCenter* CFNotificationCenterRef;
 
 extern const CFAllocatorRef kCFAllocatorDefault;
-extern const CFAllocatorRef kCFAllocatorNull;
 
 void CFRelease(CFTypeRef object);
 CFTypeID CFGetTypeID(CFTypeRef object);
@@ -47,8 +47,9 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex 
 CFMutableStringRef CFStringCreateMutableCopy(CFAllocatorRef, CFIndex longest, CFStringRef);
 void CFStringNormalize(CFMutableStringRef, CFStringNormalizationForm);
 
-CFDataRef CFDataCreateWithBytesNoCopy(CFAllocatorRef, const UInt8* bytes, CFIndex count,
-                                      CFAllocatorRef ofBytes);
+CFMutableDataRef CFDataCreateMutable(CFAllocatorRef, CFIndex longest);
+void CFDataSetLength(CFMutableDataRef, CFIndex count);
+UInt8* CFDataGetMutableBytePtr(CFMutableDataRef);
 
 struct CFDictionaryKeyCallBacks;
 struct CFDictionaryValueCallBacks;
