@@ -61,7 +61,8 @@ class TemporaryFile {
 
 Descriptor opened(const std::string& path) {
     if (path.find('\0') != path.npos) throw FileError::reading(path, ENOENT);  // no name holds one
-    // Not blocking: opening a FIFO would wait for its writer. Opening a socket fails with ENXIO.
+    // Not blocking: opening a FIFO would wait for its writer. Opening a socket fails with ENXIO, on macOS
+    // with EOPNOTSUPP.
     Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (!file) throw FileError::reading(path, errno);
     return file;
@@ -72,7 +73,7 @@ Descriptor opened(const std::string& path) {
 FileError FileError::reading(std::string_view path, int code) {
     std::string sentence = "The file “" + lastPathComponent(path) + "” couldn’t be opened";
     if (code == ENOENT) sentence += " because there is no such file";
-    if (code == EACCES || code == EPERM || code == ENXIO)
+    if (code == EACCES || code == EPERM || code == ENXIO || code == EOPNOTSUPP)
         sentence += " because you don’t have permission to view it";
     return FileError(sentence + ".");
 }

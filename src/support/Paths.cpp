@@ -27,6 +27,7 @@ std::string withoutDotSegments(std::string_view path) {
         const auto segment = path.substr(0, path.find('/'));
         path.remove_prefix(segment.size());
         if (segment == "..") {
+            while (!segments.empty() && segments.back().empty()) segments.pop_back();  // "a//.." is "a/.."
             if (!segments.empty()) segments.pop_back();
         } else if (segment != ".") {
             segments.push_back(segment);

@@ -5,7 +5,7 @@
 
 namespace quorvantis {
 
-// Paths are texts here and stay as their owner wrote them: manifests are compared with them letter by letter.
+// Paths are texts here and stay as their owner wrote them: manifests are compared with their text.
 
 /// The absolute form of a path: an absolute one as given, without trailing slashes; a relative one after the
 /// current folder, with its "." and ".." segments removed. Symbolic links are left alone.

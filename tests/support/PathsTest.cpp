@@ -11,6 +11,7 @@ TEST(PathsTest, AreMadeAbsolute) {
     EXPECT_EQ(absolutePath("///"), "/");
     EXPECT_EQ(absolutePath(""), here);
     EXPECT_EQ(absolutePath("a/./b/../~/"), here + "/a/~");
+    EXPECT_EQ(absolutePath("a//b//../c"), here + "/a//c");
     EXPECT_EQ(absolutePath("../../../../../../../../../../../.."), "/");
 }
 
