@@ -129,7 +129,8 @@ class Decoder {
         for (auto* marker = jpeg_.marker_list; marker; marker = marker->next) {
             const std::span<const std::uint8_t> data(marker->data, marker->data_length);
             const std::string_view text(reinterpret_cast<const char*>(data.data()), data.size());
-            if (marker->marker == JPEG_APP0 + 1 && text.starts_with(exifMark)) return exifOrientation(data);
+            if (marker->marker == JPEG_APP0 + 1 && text.starts_with(exifMark))
+                return exifOrientation(data).value_or(upright);
         }
         return upright;
     }

@@ -61,7 +61,7 @@ std::uint8_t rounded(double value) {
     return static_cast<std::uint8_t>(std::clamp(std::lround(value), 0L, 255L));
 }
 
-/// From luma and chroma to red, green and blue (JPEG 2000 part 1, annex G, without the shift to signed).
+/// From luma and chroma to red, green and blue (ISO/IEC 15444-1, annex G, without the shift to signed).
 void convertYCC(std::uint8_t* pixel) {
     const double luma = pixel[0];
     const double blue = pixel[1] - 128.0;

@@ -11,8 +11,8 @@ namespace {
 constexpr std::uint16_t orientationTag = 0x0112;
 constexpr std::uint16_t shortType = 3;
 constexpr std::size_t entrySize = 12;
-constexpr std::size_t rowsAtOnce =
-    16;  // as many pixels as a cache line holds: turned rows are stored columns
+// As many pixels as a cache line holds: turned rows are stored columns.
+constexpr std::size_t rowsAtOnce = 16;
 
 /// Reads numbers in the byte order of a TIFF block; beyond its end stand zeros.
 class Block {
@@ -59,14 +59,15 @@ Walk walk(Orientation orientation, std::ptrdiff_t w, std::ptrdiff_t h) {
 
 }  // namespace
 
-Orientation validOrientation(std::uint32_t value) {
-    return value >= 1 && value <= 8 ? static_cast<Orientation>(value) : upright;
+std::optional<Orientation> validOrientation(std::uint32_t value) {
+    return value >= 1 && value <= 8 ? std::optional(static_cast<Orientation>(value)) : std::nullopt;
 }
 
-Orientation exifOrientation(std::span<const std::uint8_t> exif) {
+std::optional<Orientation> exifOrientation(std::span<const std::uint8_t> exif) {
     const Block block(withoutMark(exif));
     const auto order = block.byte(0);
-    if ((order != 'I' && order != 'M') || block.byte(1) != order || block.number16(2) != 42) return upright;
+    if ((order != 'I' && order != 'M') || block.byte(1) != order || block.number16(2) != 42)
+        return std::nullopt;
     const std::size_t directory = block.number32(4);
     const std::size_t count = block.number16(directory);
     for (std::size_t i = 0; i < count; ++i) {
@@ -74,7 +75,7 @@ Orientation exifOrientation(std::span<const std::uint8_t> exif) {
         if (block.number16(entry) == orientationTag && block.number16(entry + 2) == shortType)
             return validOrientation(block.number16(entry + 8));
     }
-    return upright;
+    return std::nullopt;
 }
 
 void forEachUprightRows(Orientation orientation, std::span<const std::uint32_t> pixels, std::size_t width,

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -16,11 +17,11 @@ inline constexpr Orientation upright = 1;
 inline constexpr std::string_view exifMark = {"Exif\0\0", 6};
 
 /// The orientation that a block of EXIF holds: a TIFF header and its first directory, with or without the
-/// mark before. `upright` when it holds none, or is damaged.
-Orientation exifOrientation(std::span<const std::uint8_t> exif);
+/// mark before. None when it holds none, or is damaged.
+std::optional<Orientation> exifOrientation(std::span<const std::uint8_t> exif);
 
-/// The same of a number from a file: `upright` for all but 1 to 8.
-Orientation validOrientation(std::uint32_t value);
+/// The same of a number from a file: none for all but 1 to 8.
+std::optional<Orientation> validOrientation(std::uint32_t value);
 
 /// Whether the upright picture is as wide as the stored one is high.
 constexpr bool swapsSides(Orientation orientation) {

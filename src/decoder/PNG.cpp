@@ -54,7 +54,8 @@ class Decoder {
     Orientation orientation() const {
         png_uint_32 size = 0;
         png_bytep exif = nullptr;
-        return png_get_eXIf_1(png_, info_, &size, &exif) ? exifOrientation({exif, size}) : upright;
+        if (!png_get_eXIf_1(png_, info_, &size, &exif)) return upright;
+        return exifOrientation({exif, size}).value_or(upright);
     }
 
   private:

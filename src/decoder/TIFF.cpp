@@ -56,7 +56,7 @@ PictureHeader pictureHeader(const TIFFPicture& tiff, const Meaning& meaning) {
     header.size = {tiff.width(), tiff.height()};
     header.layout = meaning.layout;
     header.premultiplied = meaning.premultiplied;
-    header.orientation = validOrientation(tiff.field(TIFFTAG_ORIENTATION));
+    header.orientation = validOrientation(tiff.field(TIFFTAG_ORIENTATION)).value_or(upright);
     std::uint32_t size = 0;
     const std::uint8_t* profile = nullptr;
     if (TIFFGetField(tiff.handle(), TIFFTAG_ICCPROFILE, &size, &profile))
@@ -116,7 +116,8 @@ void addRows(TIFFPicture& tiff, const Meaning& meaning, UprightPicture& picture)
 
 void addLibraryRows(TIFFPicture& tiff, UprightPicture& picture) {
     std::vector<std::uint32_t> pixels(std::size_t{tiff.width()} * tiff.height());
-    const int orientation = validOrientation(tiff.field(TIFFTAG_ORIENTATION));  // the same: nothing is turned
+    const int orientation =
+        validOrientation(tiff.field(TIFFTAG_ORIENTATION)).value_or(upright);  // the same: nothing is turned
     if (!TIFFReadRGBAImageOriented(tiff.handle(), tiff.width(), tiff.height(), pixels.data(), orientation, 1))
         giveUp();
     std::vector<std::uint8_t> row(picture.rowSize());

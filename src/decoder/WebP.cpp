@@ -26,7 +26,7 @@ class Decoder {
         PictureHeader header;
         header.size = {get(WEBP_FF_CANVAS_WIDTH), get(WEBP_FF_CANVAS_HEIGHT)};
         header.colours.profile = chunk("ICCP");
-        header.orientation = exifOrientation(chunk("EXIF"));
+        header.orientation = exifOrientation(chunk("EXIF")).value_or(upright);
         return header;
     }
 

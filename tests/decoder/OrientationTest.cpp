@@ -25,7 +25,7 @@ TEST(OrientationTest, IsReadFromExif) {
           Case{"IM*\0\x08\0\0\0\1\0\x12\1\3\0\1\0\0\0\6\0\0\0"s, 1}, Case{"II*\0\xff\xff\xff\xff"s, 1},
           Case{head + "\xff\xff\x12\1\3"s, 1}, Case{"II*"s, 1}, Case{""s, 1}}) {
         const std::span bytes(reinterpret_cast<const std::uint8_t*>(exif.data()), exif.size());
-        EXPECT_EQ(exifOrientation(bytes), orientation) << testing::PrintToString(exif);
+        EXPECT_EQ(exifOrientation(bytes).value_or(upright), orientation) << testing::PrintToString(exif);
     }
 }
 

@@ -16,7 +16,9 @@ static constexpr off_t mostRead = 64 << 20;  // bytes
 
 PictureFacts pictureFacts(std::span<const std::uint8_t> file) {
     const auto start = file.first(std::min(file.size(), decoder::recognisedBytes));
-    switch (decoder::recognisedFormat(start).value_or(Format::bmp)) {
+    const auto format = decoder::recognisedFormat(start);
+    if (!format) return {};
+    switch (*format) {
         case Format::png: return pngFacts(file);
         case Format::jpeg: return jpegFacts(file);
         case Format::gif: return gifFacts(file);

@@ -11,7 +11,7 @@ namespace quorvantis::standin {
 /// and WebP; of other files nothing is.
 struct PictureFacts {
     std::optional<std::int64_t> bitsPerComponent;  // of the decoded picture: 8 where the file has a palette
-    std::optional<bool> hasAlpha;                  // of the first frame
+    std::optional<bool> hasAlpha;                  // of the first frame; WebP tells of all together
     /// "RGB", "Gray", "CMYK" or "Lab": the names of the image decoder of macOS (kCGImagePropertyColorModel).
     std::optional<std::string> colorModel;
     /// The description of the embedded colour profile; of PNG, the name that the chunk gives to the profile

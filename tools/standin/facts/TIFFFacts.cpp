@@ -11,7 +11,6 @@ namespace {
 enum Tag : std::uint32_t {
     bitsPerSample = 258,
     photometric = 262,
-    orientation = 274,
     extraSamples = 338,
     profile = 34675,
 };
@@ -87,14 +86,12 @@ PictureFacts tiffFacts(std::span<const std::uint8_t> bytes) {
     const Directory first(file, file.number(4, 4));
     const auto colours = first.number(photometric).value_or(blackIsZero);
     const auto extra = first.number(extraSamples).value_or(0);
-    PictureFacts facts = {
-        .bitsPerComponent = colours == palette ? 8 : first.number(bitsPerSample).value_or(1),
-        .hasAlpha = extra == 1 || extra == 2,
-        .colorModel = colorModel(colours),
-        .profileName = profileDescription(first.value(profile).span()),
-        .frameCount = pageCount(file)};
-    if (const auto value = first.number(orientation)) facts.orientation = decoder::validOrientation(*value);
-    return facts;
+    return {.bitsPerComponent = colours == palette ? 8 : first.number(bitsPerSample).value_or(1),
+            .hasAlpha = extra == 1 || extra == 2,
+            .colorModel = colorModel(colours),
+            .profileName = profileDescription(first.value(profile).span()),
+            .orientation = decoder::exifOrientation(bytes),
+            .frameCount = pageCount(file)};
 }
 
 }  // namespace quorvantis::standin
