@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
+#include "harness/TemporaryFolder.h"
 #include "imaging/AttachmentIdentity.h"
 #include "support/Files.h"
 
@@ -46,7 +47,8 @@ TEST(PicturesTest, DeclareTheirStoredSize) {
 
 /// A picture that lacks its last third has no pixels to hash, whatever its format.
 TEST(PicturesTest, AreWholeOrNotDecoded) {
-    const auto path = testing::TempDir() + "quorvantis-cut-picture";
+    const harness::TemporaryFolder folder;
+    const std::string path = folder / "picture";
     for (const std::string file :
          {"colours/rgb.png",       "colours/rgb-interlaced.png", "blocks/gray.png",
           "jpeg-420/baseline.jpg", "jpeg-420/progressive.jpg",   "jpeg-420/arithmetic.jpg",
@@ -62,7 +64,6 @@ TEST(PicturesTest, AreWholeOrNotDecoded) {
         replaceFile(path, content.substr(0, content.size() * 2 / 3));
         EXPECT_FALSE(HelperIO::attachmentIdentity(path).pixelHash) << file;
     }
-    std::filesystem::remove(path);
 }
 
 }  // namespace quorvantis

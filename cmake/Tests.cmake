@@ -1,0 +1,106 @@
+# The tests. Two words of the test preset's environment are for macOS: the address sanitizer would find containers
+# overflowing that pass between the tests and a GoogleTest compiled without it (ASAN_OPTIONS), and each program would say
+# at its start which part of the system's allocator it cannot use (MallocNanoZone).
+
+include(GoogleTest)
+find_package(GTest REQUIRED)
+
+add_executable(quorvantis-tests
+  tests/ArrowsTest.cpp
+  tests/broker/BrokerClientTest.cpp
+  tests/cli/StartUpTest.cpp
+  tests/harness/ChildProcess.cpp
+  tests/harness/Transcript.cpp
+  tests/imaging/ImageReferencesTest.cpp
+  tests/integration/AgentManifestTest.cpp
+  tests/integration/CredentialValidatorTest.cpp
+  tests/integration/HelperPathsTest.cpp
+  tests/integration/PairingRequestRecordTest.cpp
+  tests/integration/ProcessRunnerTest.cpp
+  tests/integration/ToolRoles.cpp
+  tests/main.cpp
+  tests/mcp/AttachmentIdentitiesTest.cpp
+  tests/mcp/HistoryTest.cpp
+  tests/mcp/HostileInputTest.cpp
+  tests/mcp/ToolsTest.cpp
+  tests/mcp/TranscriptTest.cpp
+  tests/platform/${platform}/HomeFolderTest.cpp
+  tests/state/HistoryRecordsTest.cpp
+  tests/state/MCPClientSessionTest.cpp
+  tests/state/PromptHookObservationTest.cpp
+  tests/state/ProtectedJSONTest.cpp
+  tests/support/HelperIOTest.cpp
+  tests/support/JSONDocumentTest.cpp
+  tests/support/JSONWriterTest.cpp
+  tests/support/PathsTest.cpp)
+if(APPLE)
+  target_sources(quorvantis-tests PRIVATE tests/platform/macos/PathTextTest.cpp)
+else()
+  target_sources(quorvantis-tests PRIVATE tests/platform/linux/ClientSessionNotificationTest.cpp)
+endif()
+add_dependencies(quorvantis-tests quorvantis-mcp)
+target_include_directories(quorvantis-tests PRIVATE tests)
+target_compile_definitions(quorvantis-tests PRIVATE
+  QUORVANTIS_SERVER="$<TARGET_FILE:quorvantis-mcp>"
+  QUORVANTIS_SOURCE="${PROJECT_SOURCE_DIR}/src"
+  QUORVANTIS_TRANSCRIPTS="${PROJECT_SOURCE_DIR}/tests/transcripts")
+target_link_libraries(quorvantis-tests PRIVATE quorvantis options GTest::gtest)
+gtest_discover_tests(quorvantis-tests DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+
+# The programs and the library as they are installed, and a program of somebody else's built with them.
+if(QUORVANTIS_SANITIZE)
+  set(package_flags -fsanitize=address,undefined)
+endif()
+add_test(NAME installed-package COMMAND ${PROJECT_SOURCE_DIR}/tests/package/run
+         ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR} "${package_flags}")
+
+# A session of the official client library; "npm ci --ignore-scripts" in tests/sdk comes first.
+find_program(NODE node)
+add_test(NAME sdk-session COMMAND ${NODE} ${PROJECT_SOURCE_DIR}/tests/sdk/session.test.mjs)
+set_tests_properties(sdk-session PROPERTIES ENVIRONMENT QUORVANTIS_MCP=$<TARGET_FILE:quorvantis-mcp> TIMEOUT 180)
+
+# ---- the tests of images -------------------------------------------------------------------------------------------
+
+if(NOT APPLE)
+  find_package(ZLIB REQUIRED)
+  add_executable(quorvantis-imaging-tests
+    ${standinImages}
+    tests/decoder/HostilePicturesTest.cpp
+    tests/decoder/OrientationTest.cpp
+    tests/decoder/SandboxTest.cpp
+    tests/imaging/AttachmentIdentityTest.cpp
+    tests/imaging/DecoderProcessTest.cpp
+    tests/imaging/OtherRoles.cpp
+    tests/imaging/PicturesTest.cpp
+    tests/imaging/PixelHasherTest.cpp
+    tests/imaging/main.cpp
+    tests/standin/ImageEntriesTest.cpp)
+  target_include_directories(quorvantis-imaging-tests PRIVATE tests tools/standin)
+  target_compile_definitions(quorvantis-imaging-tests PRIVATE QUORVANTIS_PICTURES="${PROJECT_SOURCE_DIR}/tests/pictures")
+  target_link_libraries(quorvantis-imaging-tests PRIVATE decoding options GTest::gtest ZLIB::ZLIB)
+  add_dependencies(quorvantis-imaging-tests quorvantis-image-decoder quorvantis-image-decoder-heif
+                                            quorvantis-image-decoder-tiff)
+  gtest_discover_tests(quorvantis-imaging-tests PROPERTIES TIMEOUT 120)
+endif()
+
+# ---- the tests of the sources for macOS, over a stand-in for its frameworks ------------------------------------------
+
+if(NOT APPLE)
+  add_executable(quorvantis-frameworks-tests
+    src/imaging/macos/DecodedPixelHash.cpp
+    src/platform/macos/ClientSessionNotification.cpp
+    src/platform/macos/Executables.cpp
+    src/platform/macos/PathText.cpp
+    src/platform/macos/SHA256.cpp
+    tests/macos/FrameworksTest.cpp
+    tests/macos/fake/CoreFoundation.cpp
+    tests/macos/fake/ImageIO.cpp
+    tests/macos/fake/System.cpp
+    tools/standin/macos/SessionSignals.cpp)
+  target_include_directories(quorvantis-frameworks-tests PRIVATE
+    tests tests/macos tests/macos/fake/include tests/macos/include tools/standin)
+  # These objects come before those of the library, which it then does not use.
+  target_link_libraries(quorvantis-frameworks-tests PRIVATE
+    quorvantis options PkgConfig::nettle PkgConfig::utf8proc GTest::gtest_main)
+  gtest_discover_tests(quorvantis-frameworks-tests DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+endif()
