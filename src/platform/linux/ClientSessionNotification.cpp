@@ -15,7 +15,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Whether each of the addresses (D-Bus specification, "Server Addresses") is a local socket. The other kinds
+/// Whether each of the addresses (D-Bus, "Server Addresses") is a local socket. The other kinds
 /// are left alone: to resolve a host or to start a program can take any time, and no deadline reaches it.
 bool areLocal(std::string_view addresses) {
     for (;;) {
