@@ -1,5 +1,6 @@
 #include "support/HelperIO.h"
 
+#include <span>
 #include <unistd.h>
 
 #include "platform/SHA256.h"
