@@ -22,7 +22,7 @@ std::string line(const AttachmentIdentity& identity) {
 /// one that is no picture.
 int main(int count, char** arguments) {
     try {
-        for (const std::string path : std::vector<std::string>(arguments + 1, arguments + count))
+        for (const std::string& path : std::vector<std::string>(arguments + 1, arguments + count))
             std::printf("%s %s\n", line(quorvantis::HelperIO::attachmentIdentity(path)).c_str(),
                         path.c_str());
         return 0;
