@@ -77,7 +77,8 @@ if(NOT APPLE)
     tests/standin/ImageEntriesTest.cpp)
   target_include_directories(quorvantis-imaging-tests PRIVATE tests tools/standin)
   target_compile_definitions(quorvantis-imaging-tests PRIVATE QUORVANTIS_PICTURES="${PROJECT_SOURCE_DIR}/tests/pictures")
-  target_link_libraries(quorvantis-imaging-tests PRIVATE decoding options GTest::gtest ZLIB::ZLIB)
+  target_link_libraries(quorvantis-imaging-tests PRIVATE
+    decoding options PkgConfig::utf8proc GTest::gtest ZLIB::ZLIB)
   add_dependencies(quorvantis-imaging-tests quorvantis-image-decoder quorvantis-image-decoder-heif
                                             quorvantis-image-decoder-tiff)
   gtest_discover_tests(quorvantis-imaging-tests PROPERTIES TIMEOUT 120)

@@ -1,35 +1,34 @@
 #include "StopSignal.h"
 
-#include <array>
 #include <errno.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <unistd.h>
 
-#include "support/Files.h"
+#include "platform/Pipe.h"
 
 namespace quorvantis::standin {
 
 namespace {
 
-std::array<int, 2> ends;  // of the pipe; they live as long as the process
+int wakingEnd = -1;  // of the pipe
 
 void wake(int) {
     const int code = errno;
-    static_cast<void>(!write(ends[1], "", 1));
+    static_cast<void>(!write(wakingEnd, "", 1));
     errno = code;
 }
 
 }  // namespace
 
 int stopSignalDescriptor() {
-    if (pipe(ends.data()) != 0) throw FileError::system(errno);
-    for (const int end : ends) fcntl(end, F_SETFD, FD_CLOEXEC);
-    fcntl(ends[1], F_SETFL, O_NONBLOCK);
+    static const platform::Pipe pipe;
+    wakingEnd = pipe.writing.get();
+    fcntl(wakingEnd, F_SETFL, O_NONBLOCK);
     struct sigaction action = {};
     action.sa_handler = wake;
     for (const int signal : {SIGINT, SIGTERM}) sigaction(signal, &action, nullptr);
-    return ends[0];
+    return pipe.reading.get();
 }
 
 }  // namespace quorvantis::standin

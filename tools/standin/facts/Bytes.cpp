@@ -1,18 +1,14 @@
 #include "facts/Bytes.h"
 
+#include <array>
+#include <utf8proc.h>
+
 namespace quorvantis::standin {
 
 static void append(std::string& text, std::uint32_t codePoint) {
-    const auto add = [&](std::uint32_t byte) { text += static_cast<char>(byte); };
-    const auto addTail = [&](std::uint32_t bits) { add(0x80 | (bits & 0x3F)); };
-    if (codePoint < 0x80) return add(codePoint);
-    if (codePoint < 0x800) {
-        add(0xC0 | codePoint >> 6);
-    } else {
-        add(0xE0 | codePoint >> 12);
-        addTail(codePoint >> 6);
-    }
-    addTail(codePoint);
+    std::array<utf8proc_uint8_t, 4> bytes;
+    const auto size = utf8proc_encode_char(static_cast<utf8proc_int32_t>(codePoint), bytes.data());
+    text.append(bytes.begin(), bytes.begin() + size);
 }
 
 std::string Bytes::characters(std::size_t unitSize) const {
