@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <csignal>
+#include <cstdint>
 #include <memory>
 #include <sched.h>
 #include <seccomp.h>

@@ -37,7 +37,7 @@ class JSONBuilder {
     static constexpr std::size_t max_key_size = max_object_size;
     static constexpr std::size_t max_string_size = max_object_size;
 
-    using Error = boost::json::error_code;
+    using Error = boost::system::error_code;
     using Text = boost::json::string_view;
 
     JSONBuilder(JSONDocument& document, std::string_view text)
@@ -144,7 +144,7 @@ std::optional<JSONDocument> JSONDocument::parse(std::string_view text) {
     options.max_depth = maximumJSONDepth;
     JSONDocument document;
     boost::json::basic_parser<JSONBuilder> parser(options, document, text);
-    boost::json::error_code error;
+    boost::system::error_code error;
     const std::size_t read = parser.write_some(false, text.data(), text.size(), error);
     if (error || read != text.size()) return std::nullopt;
     return document;

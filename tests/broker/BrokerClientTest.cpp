@@ -1,5 +1,6 @@
 #include "broker/BrokerClient.h"
 
+#include <algorithm>
 #include <csignal>
 #include <gtest/gtest.h>
 #include <sys/stat.h>

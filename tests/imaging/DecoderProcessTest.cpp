@@ -33,9 +33,10 @@ class DecoderProcessTest : public testing::Test {
             command += " " + path;
         }
         command += redirections;
-        const std::unique_ptr<FILE, decltype(&pclose)> output(popen(command.c_str(), "r"), &pclose);
+        FILE* output = popen(command.c_str(), "r");
         std::string printed;
-        for (int c; (c = fgetc(output.get())) != EOF;) printed += static_cast<char>(c);
+        for (int c; (c = fgetc(output)) != EOF;) printed += static_cast<char>(c);
+        pclose(output);
         return printed;
     }
     static std::string plain(const std::string& text) {
