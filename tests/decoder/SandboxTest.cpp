@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
@@ -24,7 +25,7 @@ TEST(SandboxTest, KillsWhoReachesOut) {
         {"socket", [] { socket(AF_UNIX, SOCK_STREAM, 0); }},
         {"network", [] { socket(AF_INET, SOCK_STREAM, 0); }},
         {"new process", [] { syscall(SYS_clone, SIGCHLD, 0, 0, 0, 0); }},
-        {"vfork", [] { syscall(SYS_vfork); }},
+        {"vfork", [] { syscall(SYS_clone, CLONE_VM | CLONE_VFORK | SIGCHLD, 0, 0, 0, 0); }},
         {"program", [] { execl("/bin/true", "true", nullptr); }},
         {"code", [] { mmap(nullptr, 4096, PROT_READ | PROT_EXEC, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0); }},
         {"signal", [] { kill(getppid(), 0); }},
