@@ -1,7 +1,10 @@
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <libheif/heif.h>
+#include <map>
 #include <sstream>
 
+#include "decoder/ForbiddenCall.h"
 #include "harness/TemporaryFolder.h"
 #include "imaging/AttachmentIdentity.h"
 #include "support/Files.h"
@@ -16,14 +19,32 @@ static std::vector<std::string> filesIn(const std::filesystem::path& folder) {
     return files;
 }
 
+/// By file, the hashes of newer-libraries.txt that hold for the libraries in use.
+static std::map<std::string, std::string> hashesOfNewerLibraries() {
+    std::istringstream rows(readFile(pictures / "newer-libraries.txt"));
+    std::map<std::string, std::string> hashes;
+    unsigned major, minor;
+    char dot;
+    for (std::string library, hash, file; rows >> library >> major >> dot >> minor >> hash >> file;) {
+        EXPECT_EQ(library, "libheif");
+        if (heif_get_version_number() >= (major << 24 | minor << 16)) hashes[pictures / file] = hash;
+    }
+    return hashes;
+}
+
 TEST(PicturesTest, HaveTheHashOfTheirFolder) {
+    const auto newer = hashesOfNewerLibraries();
     std::istringstream hashes(readFile(pictures / "hashes.txt"));
     std::size_t count = 0;
     for (std::string folder, hash; hashes >> folder >> hash;) {
         const auto files = filesIn(pictures / folder);
         const auto identities = HelperIO::attachmentIdentities(files);
-        for (std::size_t i = 0; i < files.size(); ++i, ++count)
-            EXPECT_EQ(identities[i]->pixelHash, hash) << files[i];
+        for (std::size_t i = 0; i < files.size(); ++i, ++count) {
+            const auto other = newer.find(files[i]);
+            EXPECT_EQ(identities[i]->pixelHash, other == newer.end() ? hash : other->second)
+                << files[i] << "; forbidden system call: "
+                << decoder::forbiddenCall(QUORVANTIS_DECODER, files[i]);
+        }
     }
     EXPECT_GT(count, 150U);
 }

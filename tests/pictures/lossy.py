@@ -41,11 +41,13 @@ def lossy():
     run("convert", ppm, "-colorspace", "CMYK", path)
     at = picture("ycck", opaque(without_ink(np.array(Image.open(path)))))
     os.replace(path, at("ycck.jpg"))
-    path = f"{TEMPORARY}/jpeg.tif"
-    run("convert", ppm, "-compress", "jpeg", path)
-    run("tiff2rgba", "-c", "none", path, f"{TEMPORARY}/rgba.tif")
-    at = picture("jpeg-tiff", np.array(Image.open(f"{TEMPORARY}/rgba.tif").convert("RGBA")))
-    os.replace(path, at("jpeg.tif"))
+    jpeg_tiff, webp_tiff = f"{TEMPORARY}/jpeg.tif", f"{TEMPORARY}/webp.tif"
+    run("convert", ppm, "-compress", "jpeg", jpeg_tiff)
+    run("tiffcp", "-c", "webp", temporary(image, "lossy.tif"), webp_tiff)
+    for kind, path in ("jpeg", jpeg_tiff), ("webp", webp_tiff):
+        run("tiff2rgba", "-c", "none", path, f"{TEMPORARY}/rgba.tif")
+        at = picture(f"{kind}-tiff", np.array(Image.open(f"{TEMPORARY}/rgba.tif").convert("RGBA")))
+        os.replace(path, at(f"{kind}.tif"))
     jpeg("jpeg-420", "-quality", "80", "-sample", "2x2")
     jpeg("jpeg-444", "-quality", "80", "-sample", "1x1")
     path = f"{TEMPORARY}/lossy.webp"

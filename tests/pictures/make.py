@@ -45,8 +45,9 @@ def colours():
     ico(at("24.ico"), width, height, head, pixels, np.zeros((height, width, 1), np.uint8))
     plain = temporary(image, "colours.tif")
     for name, *options in [("none", "-c", "none"), ("lzw", "-c", "lzw:2"), ("zip", "-c", "zip:2"),
-                           ("packbits", "-c", "packbits"), ("tiles", "-t", "-w", "16", "-l", "16"),
-                           ("planes", "-p", "separate", "-c", "lzw"), ("big-endian", "-B"), ("64", "-8"),
+                           ("zstd", "-c", "zstd"), ("lzma", "-c", "lzma"), ("packbits", "-c", "packbits"),
+                           ("tiles", "-t", "-w", "16", "-l", "16"), ("planes", "-p", "separate", "-c", "lzw"),
+                           ("big-endian", "-B"), ("64", "-8"),
                            ("plane-tiles", "-p", "separate", "-t", "-w", "16", "-l", "16"), ("strips", "-r", "4")]:
         run("tiffcp", *options, plain, at(f"{name}.tif"))
     for depth in "12", "16":
