@@ -1,6 +1,7 @@
 #include "imaging/AttachmentIdentity.h"
 
 #include <memory>
+#include <thread>
 
 #include "imaging/DecodedPixelHash.h"
 #include "platform/SHA256.h"
@@ -11,10 +12,22 @@ namespace quorvantis::HelperIO {
 
 namespace {
 
+/// Waits until the clock of the file times has moved on since the file changed, so that a change from now on shows.
+/// It stands still for up to 10 ms (a tick of the slowest kernels).
+void awaitTickAfter(const ReadableFile::State& state) {
+    constexpr std::chrono::milliseconds tick(10);
+    const auto changed =
+        std::chrono::seconds(state.changed.tv_sec) + std::chrono::nanoseconds(state.changed.tv_nsec);
+    const auto age = std::chrono::system_clock::now().time_since_epoch() - changed;
+    if (age >= age.zero() && age < tick) std::this_thread::sleep_for(tick - age);
+}
+
 /// A file whose bytes are being hashed and whose picture is being decoded, at the same time.
 class ExaminedFile {
   public:
-    explicit ExaminedFile(const std::string& path) : file_(path), state_(file_->state()) {}
+    explicit ExaminedFile(const std::string& path) : file_(path), state_(file_->state()) {
+        awaitTickAfter(state_);
+    }
 
     const platform::Descriptor& descriptor() const { return file_->descriptor(); }
 

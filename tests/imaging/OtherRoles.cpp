@@ -44,7 +44,7 @@ int playDecoder() {
     if (task == "hang up") close(STDOUT_FILENO);
     if (task.starts_with("hang")) sleep(100);
     while (task == "flood") writeStream(STDOUT_FILENO, answer);
-    if (task == "touch") writeStream(open("/proc/self/fd/3", O_WRONLY | O_APPEND), "ed");
+    if (task == "touch") writeStream(open("/proc/self/fd/3", O_WRONLY), task);
     if (task == "touch" || (task == "meet" && metAnother()) || (task == "look" && inheritedNothing()))
         writeStream(STDOUT_FILENO, answer);
     return 0;
