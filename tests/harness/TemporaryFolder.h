@@ -8,10 +8,11 @@
 
 namespace quorvantis::harness {
 
-/// A new empty folder, removed with all that is in it.
+/// A new empty folder, removed with all that is in it. Programs do not run from everybody's /tmp.
 class TemporaryFolder {
   public:
-    TemporaryFolder() : path_(mkdtemp(std::string("/tmp/quorvantis-XXXXXX").data())) {}
+    explicit TemporaryFolder(const std::string& above = "/tmp")
+        : path_(mkdtemp((above + "/quorvantis-XXXXXX").data())) {}
     TemporaryFolder(const TemporaryFolder&) = delete;
     ~TemporaryFolder() { std::filesystem::remove_all(path_); }
 

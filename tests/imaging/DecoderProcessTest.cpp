@@ -17,9 +17,10 @@ using harness::writeText;
 class DecoderProcessTest : public testing::Test {
   protected:
     static void SetUpTestSuite() {
-        folder = std::make_unique<harness::TemporaryFolder>();
+        const std::filesystem::path self = *platform::executablePath(getpid());
+        folder = std::make_unique<harness::TemporaryFolder>(self.parent_path());
         for (const auto name : {"program", "quorvantis-image-decoder"})
-            std::filesystem::copy_file(*platform::executablePath(getpid()), *folder / name);
+            std::filesystem::copy_file(self, *folder / name);
     }
     static void TearDownTestSuite() { folder.reset(); }
 
