@@ -103,7 +103,7 @@ if(NOT APPLE)
     tests/macos/fake/System.cpp
     tools/standin/macos/SessionSignals.cpp)
   target_include_directories(quorvantis-frameworks-tests PRIVATE
-    tests tests/macos tests/macos/fake/include tests/macos/include tools/standin)
+    tests tests/macos tests/macos/fake/include scripts/macos/include tools/standin)
   # These objects come before those of the library, which it then does not use.
   target_link_libraries(quorvantis-frameworks-tests PRIVATE
     quorvantis options PkgConfig::nettle PkgConfig::utf8proc GTest::gtest_main)

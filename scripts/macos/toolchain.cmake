@@ -1,5 +1,5 @@
 # Builds for macOS on Linux: with zig's compiler, linker and C library for macOS, and with frameworks of which there are
-# only the headers in ../include and lists of their names. QUORVANTIS_ARCH is arm64 or x86_64, QUORVANTIS_ZIG
+# only the headers in include/ and lists of their names. QUORVANTIS_ARCH is arm64 or x86_64, QUORVANTIS_ZIG
 # the program, and QUORVANTIS_PARTS the folder that scripts/check-macos prepares.
 
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES QUORVANTIS_ARCH QUORVANTIS_ZIG QUORVANTIS_PARTS)
