@@ -95,12 +95,14 @@ if(NOT APPLE)
     src/imaging/macos/DecodedPixelHash.cpp
     src/platform/macos/ClientSessionNotification.cpp
     src/platform/macos/Executables.cpp
+    src/platform/macos/HomeFolder.cpp
     src/platform/macos/PathText.cpp
     src/platform/macos/SHA256.cpp
     tests/macos/FrameworksTest.cpp
     tests/macos/fake/CoreFoundation.cpp
     tests/macos/fake/ImageIO.cpp
     tests/macos/fake/System.cpp
+    tests/platform/macos/HomeFolderTest.cpp
     tools/standin/macos/SessionSignals.cpp)
   target_include_directories(quorvantis-frameworks-tests PRIVATE
     tests tests/macos tests/macos/fake/include scripts/macos/include tools/standin)

@@ -7,7 +7,10 @@
 namespace quorvantis::platform {
 
 std::string homeFolder() {
-    if (const passwd* user = getpwuid(getuid()); user && user->pw_dir && *user->pw_dir) return user->pw_dir;
+    // As Core Foundation: a program that runs as root for a user belongs to that user.
+    const uid_t effective = geteuid();
+    const passwd* const user = getpwuid(effective == 0 ? getuid() : effective);
+    if (user && user->pw_dir && *user->pw_dir) return user->pw_dir;
     if (const char* home = std::getenv("HOME"); home && *home) return home;
     return "/";
 }

@@ -12,8 +12,19 @@ namespace quorvantis {
 TEST(HomeFolderTest, IsThatOfTheUserDatabase) {
     const std::string before = environmentVariable("HOME").value_or("");
     setenv("HOME", "/nowhere", 1);
-    EXPECT_EQ(platform::homeFolder(), getpwuid(getuid())->pw_dir);
+    EXPECT_EQ(platform::homeFolder(), getpwuid(geteuid())->pw_dir);
     setenv("HOME", before.c_str(), 1);
+}
+
+TEST(HomeFolderTest, IsThatOfTheEffectiveUserButNotOfRootForAnother) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can run as others";
+    const passwd daemon = *getpwnam("daemon");
+    const std::string home = daemon.pw_dir;
+    for (const auto& [real, effective] : {std::pair{uid_t{0}, daemon.pw_uid}, {daemon.pw_uid, uid_t{0}}}) {
+        ASSERT_EQ(setreuid(real, effective), 0);
+        EXPECT_EQ(platform::homeFolder(), home) << real << " " << effective;
+        ASSERT_EQ(setreuid(0, 0), 0);
+    }
 }
 
 }  // namespace quorvantis
