@@ -82,7 +82,7 @@ if(NOT APPLE)
     QUORVANTIS_PICTURES="${PROJECT_SOURCE_DIR}/tests/pictures")
   # libheif is asked for its version.
   target_link_libraries(quorvantis-imaging-tests PRIVATE
-    decoding options PkgConfig::heif PkgConfig::utf8proc GTest::gtest ZLIB::ZLIB)
+    decoding options PkgConfig::heif utf8proc GTest::gtest ZLIB::ZLIB)
   add_dependencies(quorvantis-imaging-tests quorvantis-image-decoder quorvantis-image-decoder-heif
                                             quorvantis-image-decoder-tiff)
   gtest_discover_tests(quorvantis-imaging-tests PROPERTIES TIMEOUT 120)
@@ -108,6 +108,6 @@ if(NOT APPLE)
     tests tests/macos tests/macos/fake/include scripts/macos/include tools/standin)
   # These objects come before those of the library, which it then does not use.
   target_link_libraries(quorvantis-frameworks-tests PRIVATE
-    quorvantis options PkgConfig::nettle PkgConfig::utf8proc GTest::gtest_main)
+    quorvantis options PkgConfig::nettle utf8proc GTest::gtest_main)
   gtest_discover_tests(quorvantis-frameworks-tests DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
 endif()

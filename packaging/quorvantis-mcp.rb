@@ -10,10 +10,16 @@ class QuorvantisMcp < Formula
   depends_on "boost" => :build
   depends_on "cmake" => :build
   depends_on "ninja" => :build
-  depends_on "pkgconf" => :build
-  depends_on "utf8proc"
+
+  # Built into the programs, as an archive, which the package of Homebrew does not have.
+  resource "utf8proc" do
+    url "https://github.com/JuliaStrings/utf8proc/archive/refs/tags/v2.11.3.tar.gz"
+    sha256 "abfed50b6d4da51345713661370290f4f4747263ee73dc90356299dfc7990c78"
+  end
 
   def install
+    (buildpath/"build/utf8proc").install resource("utf8proc")
+    system "make", "-C", "build/utf8proc", "libutf8proc.a"
     system "cmake", "-S", ".", "-B", "build", "-G", "Ninja", *std_cmake_args
     system "cmake", "--build", "build"
     system "cmake", "--install", "build"
