@@ -12,6 +12,7 @@ string(REPLACE arm64 aarch64 architecture ${QUORVANTIS_ARCH})
 set(CMAKE_C_COMPILER ${QUORVANTIS_ZIG} cc -target ${architecture}-macos.${CMAKE_OSX_DEPLOYMENT_TARGET}) # for the tests' library
 set(CMAKE_CXX_COMPILER ${QUORVANTIS_ZIG} c++ -target ${architecture}-macos.${CMAKE_OSX_DEPLOYMENT_TARGET})
 set(CMAKE_CXX_FLAGS_INIT "-include ${CMAKE_CURRENT_LIST_DIR}/LaterNames.h -iframework ${QUORVANTIS_PARTS}/frameworks -F${QUORVANTIS_PARTS}/frameworks -fno-sanitize=undefined -Werror -Wunguarded-availability")
+set(CMAKE_EXE_LINKER_FLAGS_INIT -L${QUORVANTIS_PARTS}/lib)
 foreach(language C CXX)
   set(CMAKE_${language}_ARCHIVE_CREATE "\"${QUORVANTIS_ZIG}\" ar qc <TARGET> <OBJECTS>")
   set(CMAKE_${language}_ARCHIVE_FINISH "\"${QUORVANTIS_ZIG}\" ranlib <TARGET>")

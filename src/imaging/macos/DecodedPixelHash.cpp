@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "imaging/PixelHasher.h"
+#include "platform/macos/AutoreleasePool.h"
 #include "platform/macos/Owned.h"
 
 namespace quorvantis {
@@ -116,6 +117,7 @@ std::optional<std::string> decodedPixelHash(CGImageSourceRef source, const Size&
 }
 
 std::optional<DecodedPixels> decoded(const platform::Descriptor& file) {
+    const platform::AutoreleasePool pool;
     const auto content = contentOf(file);
     if (!content) return std::nullopt;
     const Owned<CGImageSourceRef> source(CGImageSourceCreateWithData(content.get(), nullptr));

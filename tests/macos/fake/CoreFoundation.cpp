@@ -1,7 +1,10 @@
+#include <memory>
 #include <utf8proc.h>
 #include <utility>
+#include <vector>
 
 #include "Objects.h"
+#include "platform/macos/AutoreleasePool.h"
 #include "support/UTF8.h"
 
 namespace fake {
@@ -18,6 +21,7 @@ struct Observer {
 std::map<const void*, Observer> observers;
 std::string posted;
 Object centre;
+std::vector<std::unique_ptr<char>> pools;  // each known by an address of its own
 
 }  // namespace
 
@@ -27,6 +31,10 @@ long liveObjects() {
 
 void count(long created) {
     live += created;
+}
+
+void requirePool() {
+    require(!pools.empty(), "an autorelease pool");
 }
 
 CFStringRef constant(const char* text) {
@@ -53,6 +61,17 @@ const CFBooleanRef kCFBooleanTrue = reinterpret_cast<CFBooleanRef>(&yes);
 const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks = {};
 const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks = {};
 const CFRunLoopMode kCFRunLoopDefaultMode = constant("kCFRunLoopDefaultMode");
+
+void* objc_autoreleasePoolPush() {
+    count(1);
+    return pools.emplace_back(std::make_unique<char>()).get();
+}
+
+void objc_autoreleasePoolPop(void* pool) {
+    require(!pools.empty() && pools.back().get() == pool, "the innermost pool ends first");
+    count(-1);
+    pools.pop_back();
+}
 
 void CFRelease(CFTypeRef reference) {
     auto& released = object<Object>(reference);
@@ -150,6 +169,7 @@ const void* CFDictionaryGetValue(CFDictionaryRef reference, const void* key) {
 }
 
 CFNotificationCenterRef CFNotificationCenterGetDistributedCenter() {
+    requirePool();
     return reinterpret_cast<CFNotificationCenterRef>(&centre);
 }
 
@@ -173,6 +193,7 @@ void CFNotificationCenterRemoveEveryObserver(CFNotificationCenterRef, const void
 }
 
 CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds, Boolean) {
+    requirePool();
     require(mode == kCFRunLoopDefaultMode && seconds == 0, "only what has arrived");
     for (auto& [observer, news] : observers) {
         if (!std::exchange(news.hasNews, false)) continue;

@@ -72,6 +72,7 @@ const CFStringRef kCGImageSourceCreateThumbnailWithTransform = constant("WithTra
 const CFStringRef kCGImageSourceThumbnailMaxPixelSize = constant("MaxPixelSize");
 
 CGImageSourceRef CGImageSourceCreateWithData(CFDataRef data, CFDictionaryRef options) {
+    requirePool();
     require(!options, "sources without options");
     const auto& bytes = object<Data>(data).bytes;
     Source header;
@@ -87,6 +88,7 @@ CGImageSourceRef CGImageSourceCreateWithData(CFDataRef data, CFDictionaryRef opt
 
 CFDictionaryRef CGImageSourceCopyPropertiesAtIndex(CGImageSourceRef reference, std::size_t index,
                                                    CFDictionaryRef options) {
+    requirePool();
     require(index == 0 && !options, "properties of the first image, without options");
     const auto& source = object<Source>(reference);
     auto* const properties = new Dictionary;
@@ -97,6 +99,7 @@ CFDictionaryRef CGImageSourceCopyPropertiesAtIndex(CGImageSourceRef reference, s
 
 CGImageRef CGImageSourceCreateThumbnailAtIndex(CGImageSourceRef reference, std::size_t index,
                                                CFDictionaryRef options) {
+    requirePool();
     const auto& source = object<Source>(reference);
     require(source.width * source.height <= 60e6, "the budget comes first");
     require(index == 0 && object<Dictionary>(options).values.size() == 3 &&
@@ -142,6 +145,7 @@ void CGContextSetInterpolationQuality(CGContextRef context, CGInterpolationQuali
 }
 
 void CGContextDrawImage(CGContextRef reference, CGRect where, CGImageRef drawn) {
+    requirePool();
     auto& context = object<Context>(reference);
     const auto& image = object<Image>(drawn);
     require(!context.interpolates && !std::exchange(context.isDrawn, true),

@@ -64,6 +64,9 @@ Reference created(T* made) {
     return reinterpret_cast<Reference>(static_cast<Object*>(made));
 }
 
+/// Ends the program outside an autorelease pool. Each open pool counts as a live object.
+void requirePool();
+
 /// A string that lives as long as the program.
 CFStringRef constant(const char* text);
 

@@ -1,5 +1,6 @@
 #include "SessionSignals.h"
 
+#include "platform/macos/AutoreleasePool.h"
 #include "platform/macos/ClientSessionSignal.h"
 #include "platform/macos/Owned.h"
 
@@ -9,6 +10,7 @@ struct SessionSignals::Connection {
     bool isHeard = false;
 
     ~Connection() {
+        const platform::AutoreleasePool pool;
         CFNotificationCenterRemoveEveryObserver(CFNotificationCenterGetDistributedCenter(), this);
     }
 
@@ -19,6 +21,7 @@ struct SessionSignals::Connection {
 };
 
 SessionSignals::SessionSignals() : connection_(std::make_unique<Connection>()) {
+    const platform::AutoreleasePool pool;
     const auto name = platform::ownedString(platform::clientSessionChanged);
     CFNotificationCenterAddObserver(CFNotificationCenterGetDistributedCenter(), connection_.get(),
                                     Connection::hear, name.get(), nullptr,
@@ -32,6 +35,7 @@ int SessionSignals::descriptor() const {
 }
 
 bool SessionSignals::take() {
+    const platform::AutoreleasePool pool;
     connection_->isHeard = false;
     while (CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, true) == kCFRunLoopRunHandledSource) {}
     return connection_->isHeard;
