@@ -2,12 +2,22 @@
 
 #include <algorithm>
 #include <array>
-#include <boost/json/basic_parser_impl.hpp>
-#include <boost/json/src.hpp>
+#include <boost/config.hpp>
 #include <cstring>
 #include <functional>
 #include <limits>
 #include <unordered_set>
+
+// Boost.JSON is compiled here, in a namespace of our own: a program that links this library may have a
+// Boost.JSON itself, of another version. boost/config.hpp, above, makes names of headers from the word, and
+// defines types alone.
+namespace quorvantis_boost {
+using namespace boost;
+}
+#define boost quorvantis_boost
+#include <boost/json/basic_parser_impl.hpp>
+#include <boost/json/src.hpp>
+#undef boost
 
 namespace quorvantis {
 
@@ -37,8 +47,8 @@ class JSONBuilder {
     static constexpr std::size_t max_key_size = max_object_size;
     static constexpr std::size_t max_string_size = max_object_size;
 
-    using Error = boost::system::error_code;
-    using Text = boost::json::string_view;
+    using Error = quorvantis_boost::system::error_code;
+    using Text = quorvantis_boost::json::string_view;
 
     JSONBuilder(JSONDocument& document, std::string_view text)
         : nodes_(document.nodes_), unescaped_(document.unescaped_), text_(text) {
@@ -140,11 +150,11 @@ class JSONBuilder {
 
 std::optional<JSONDocument> JSONDocument::parse(std::string_view text) {
     if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
-    boost::json::parse_options options;
+    quorvantis_boost::json::parse_options options;
     options.max_depth = maximumJSONDepth;
     JSONDocument document;
-    boost::json::basic_parser<JSONBuilder> parser(options, document, text);
-    boost::system::error_code error;
+    quorvantis_boost::json::basic_parser<JSONBuilder> parser(options, document, text);
+    quorvantis_boost::system::error_code error;
     const std::size_t read = parser.write_some(false, text.data(), text.size(), error);
     if (error || read != text.size()) return std::nullopt;
     return document;
