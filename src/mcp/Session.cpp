@@ -6,6 +6,7 @@
 
 #include "mcp/Replies.h"
 #include "mcp/Tools.h"
+#include "mcp/Version.h"
 #include "state/MCPClientSession.h"
 #include "support/JSONDocument.h"
 #include "support/JSONWriter.h"
@@ -33,7 +34,7 @@ bool initialize(JSON id, JSON params, const BrokerIdentity& identity) {
     MCPClientSession::record(identity, clientName);
     return reply(id, jsonObject("protocolVersion", answeredVersion(requested),                         //
                                 "capabilities", jsonObject("tools", jsonObject("listChanged", true)),  //
-                                "serverInfo", jsonObject("name", "Quorvantis", "version", "1.0.0")));
+                                "serverInfo", jsonObject("name", "Quorvantis", "version", version)));
 }
 
 // The parser refuses ill-formed UTF-8, so that only a line that it refused can be in need of repair.
