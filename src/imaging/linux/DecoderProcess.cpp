@@ -2,6 +2,7 @@
 
 #include <array>
 #include <errno.h>
+#include <string_view>
 #include <system_error>
 #include <unistd.h>
 
@@ -15,12 +16,19 @@ namespace {
 
 using platform::Descriptor;
 
-/// Beside the running executable, or where an installation keeps it.
+// An installation elsewhere writes its own prefix over this one, in the archive.
+constexpr std::string_view installedPrefix = QUORVANTIS_PREFIX;
+
+/// Beside the running executable, or where the installation keeps it that has the executable in its `bin`, or
+/// that has this library. Empty when it is in none of them.
 std::string decoderPath() {
     const std::string folder = parentPath(platform::executablePath(getpid()).value_or("/"));
-    std::string beside = joinedPath(folder, "quorvantis-image-decoder");
-    if (access(beside.c_str(), X_OK) == 0) return beside;
-    return joinedPath(folder, "../libexec/quorvantis/quorvantis-image-decoder");
+    for (const std::string& place : {folder, joinedPath(folder, "../libexec/quorvantis"),
+                                     joinedPath(installedPrefix, "libexec/quorvantis")}) {
+        std::string path = joinedPath(place, "quorvantis-image-decoder");
+        if (access(path.c_str(), X_OK) == 0) return path;
+    }
+    return {};
 }
 
 /// The decoder gets the picture as its descriptor 3, the pipe and nothing else: never a stream of the
