@@ -1,28 +1,48 @@
-# The Debian package: cpack --preset release.
+# The Debian packages, for the release that they are built on: cpack --preset release.
 
-file(STRINGS ${PROJECT_SOURCE_DIR}/packaging/debian/changelog latestChange LIMIT_COUNT 1)
-if(NOT latestChange MATCHES "^quorvantis-mcp \\(${PROJECT_VERSION}\\)")
-  message(FATAL_ERROR "packaging/debian/changelog does not begin with version ${PROJECT_VERSION}")
+cmake_host_system_information(RESULT system QUERY DISTRIB_INFO)
+set(system_version "${system_ID}${system_VERSION_ID}") # "debian12"
+string(REGEX REPLACE "^debian" deb system_version "${system_version}")
+if(NOT system_VERSION_ID) # a release to come
+  set(system_version "${system_VERSION_CODENAME}")
 endif()
+# Below the version itself, and so that an upgrade of the system upgrades the packages: 1.0.0~deb12, 1.0.0~deb13.
+set(CPACK_DEBIAN_PACKAGE_VERSION ${PROJECT_VERSION}~${system_version})
+set(CPACK_DEBIAN_RELEASE "${system_VERSION_CODENAME}")
 
 set(CPACK_GENERATOR DEB)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_ALL programs library)
+set(CPACK_SET_DESTDIR ON) # so that the prefix is the one after the package is installed
+set(CPACK_INSTALL_PREFIX /usr)
 set(CPACK_PACKAGE_CONTACT "Quorvantis <packages@quorvantis.invalid>") # as in the changelog; stands for an address to come
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "access to the Quorvantis desktop application for AI coding agents")
-set(CPACK_PACKAGE_DESCRIPTION "\
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+
+set(CPACK_DEBIAN_PROGRAMS_PACKAGE_NAME quorvantis-mcp)
+set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_PROGRAMS_DESCRIPTION "\
+access to the Quorvantis desktop application for AI coding agents
 A Model Context Protocol server on standard input and output. It lets an AI
 coding agent search the clipboard history that the Quorvantis desktop
 application keeps, and use exact copies of its images.
 
-The package also holds a stand-in for the desktop application, and a library
-for programs that share the server's files.")
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_SECTION utils)
-set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
-
+The package also holds a stand-in for the desktop application.")
 # libsystemd, which the server opens at run time if it is there, comes with these: the stand-in is linked with it.
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# What it takes to build with the library. Few who use the server will, so nobody gets all this unasked.
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cmake, g++, libutf8proc-dev, nettle-dev, pkg-config")
+set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SHLIBDEPS ON)
+
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libquorvantis-dev)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "\
+library for programs that share files with quorvantis-mcp
+The record types and helpers of the Model Context Protocol server that gives
+AI coding agents access to the Quorvantis desktop application, for programs
+that work beside it, such as a prompt hook: headers, a static library, and
+its descriptions for CMake and pkg-config.")
+# The library uses the image decoder among the programs, of its own version.
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_DEPENDS
+  "quorvantis-mcp (= ${CPACK_DEBIAN_PACKAGE_VERSION}), libutf8proc-dev, nettle-dev, pkgconf")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_SUGGESTS "cmake, g++")
 
 set(CPACK_DEBIAN_FILES_FOLDER ${PROJECT_SOURCE_DIR}/packaging/debian)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/DebianFiles.cmake)
