@@ -11,7 +11,7 @@
 
 #include "TestPictures.h"
 #include "imaging/AttachmentIdentity.h"
-#include "platform/Executables.h"
+#include "platform/Process.h"
 
 using namespace quorvantis;
 

@@ -28,10 +28,10 @@ add_executable(quorvantis-tests
   tests/state/HistoryRecordsTest.cpp
   tests/state/MCPClientSessionTest.cpp
   tests/state/PromptHookObservationTest.cpp
-  tests/state/ProtectedJSONTest.cpp
   tests/support/HelperIOTest.cpp
-  tests/support/JSONDocumentTest.cpp
-  tests/support/JSONWriterTest.cpp
+  tests/json/JSONDocumentTest.cpp
+  tests/json/JSONFilesTest.cpp
+  tests/json/JSONWriterTest.cpp
   tests/support/PathsTest.cpp)
 if(APPLE)
   target_sources(quorvantis-tests PRIVATE tests/platform/macos/PathTextTest.cpp)
@@ -96,9 +96,8 @@ if(NOT APPLE)
   add_executable(quorvantis-frameworks-tests
     src/imaging/macos/DecodedPixelHash.cpp
     src/platform/macos/ClientSessionNotification.cpp
-    src/platform/macos/Executables.cpp
-    src/platform/macos/HomeFolder.cpp
-    src/platform/macos/PathText.cpp
+    src/platform/macos/FileSystem.cpp
+    src/platform/macos/Process.cpp
     src/platform/macos/SHA256.cpp
     tests/macos/FrameworksTest.cpp
     tests/macos/fake/CoreFoundation.cpp
@@ -108,6 +107,7 @@ if(NOT APPLE)
     tools/standin/macos/SessionSignals.cpp)
   target_include_directories(quorvantis-frameworks-tests PRIVATE
     tests tests/macos tests/macos/fake/include scripts/macos/include tools/standin)
+  target_compile_definitions(quorvantis-frameworks-tests PRIVATE st_ctimespec=st_ctim)
   # These objects come before those of the library, which it then does not use.
   target_link_libraries(quorvantis-frameworks-tests PRIVATE
     quorvantis options PkgConfig::nettle utf8proc GTest::gtest_main)

@@ -7,9 +7,9 @@ namespace quorvantis {
 
 /// A folder may include itself and those after it.
 static bool mayInclude(const std::string& from, const std::string& header) {
-    const std::string order = "cli/mcp/state/broker/integration/imaging/support/platform/";
+    const std::string order = "cli/mcp/state/broker/integration/imaging/json/support/platform/";
     const std::string folder = header.substr(0, header.find('/') + 1);
-    if (header == "cli/HelperFailure.h") return from != "platform";
+    if (header == "support/HelperFailure.h") return from != "platform";
     if (from == "decoder") return folder == "decoder/" || mayInclude("imaging", header);
     const auto place = order.find(from + "/");
     return place != order.npos && !folder.empty() && order.find(folder, place) != order.npos;
@@ -25,7 +25,7 @@ TEST(ArrowsTest, PointToTheRight) {
             at += mark.size();
             const std::string header = text.substr(at, text.find('"', at) - at);
             EXPECT_TRUE(mayInclude(*name.begin(), header)) << name << " includes " << header;
-            EXPECT_NE(name, "cli/HelperFailure.h");
+            EXPECT_NE(name, "support/HelperFailure.h");
         }
     }
     EXPECT_GT(seen, 50);
@@ -33,7 +33,7 @@ TEST(ArrowsTest, PointToTheRight) {
 
 TEST(ArrowsTest, AreSeenWhenTheyPointWrong) {
     EXPECT_TRUE(mayInclude("broker", "broker/BrokerTransport.h"));
-    EXPECT_FALSE(mayInclude("platform", "cli/HelperFailure.h"));
+    EXPECT_FALSE(mayInclude("platform", "support/HelperFailure.h"));
     EXPECT_FALSE(mayInclude("broker", "state/MCPClientSession.h"));
     EXPECT_FALSE(mayInclude("decoder", "integration/HelperPaths.h"));
     EXPECT_FALSE(mayInclude("mcp", "Session.h"));

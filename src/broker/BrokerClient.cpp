@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "broker/BrokerTransport.h"
-#include "cli/HelperFailure.h"
-#include "support/CodingErrors.h"
-#include "support/UUID.h"
+#include "json/CodingErrors.h"
+#include "json/UUID.h"
+#include "support/HelperFailure.h"
 
 namespace quorvantis {
 

@@ -6,8 +6,8 @@
 
 #include "broker/BrokerIdentity.h"
 #include "integration/HelperPaths.h"
-#include "support/JSONDocument.h"
-#include "support/JSONWriter.h"
+#include "json/JSONDocument.h"
+#include "json/JSONWriter.h"
 
 namespace quorvantis {
 

@@ -8,8 +8,8 @@
 #include <sys/time.h>
 #include <unistd.h>
 
-#include "cli/HelperFailure.h"
-#include "platform/Sockets.h"
+#include "platform/Descriptors.h"
+#include "support/HelperFailure.h"
 
 namespace quorvantis::BrokerTransport {
 

@@ -1,5 +1,44 @@
-#include "cli/StartUp.h"
+#include <csignal>
+#include <exception>
+
+#include "broker/BrokerIdentity.h"
+#include "cli/ArgumentReader.h"
+#include "integration/CredentialValidator.h"
+#include "mcp/Session.h"
+#include "platform/Process.h"
+#include "support/HelperFailure.h"
+#include "support/HelperIO.h"
+#include "support/Paths.h"
+#include "support/Streams.h"
+
+using namespace quorvantis;
+
+namespace {
+
+BrokerIdentity validatedIdentity(const ArgumentReader& arguments) {
+    const auto unusable = HelperFailure::invalidArguments("Expected serve with agent identity.");
+    if (arguments.values.empty() || arguments.values.front() != "serve") throw unusable;
+    const auto agent = arguments.value("--agent");
+    const auto clientID = arguments.value("--client-id");
+    const auto credentialPath = arguments.value("--credential-file");
+    if (!agent || !clientID || !credentialPath) throw unusable;
+    const auto validated = CredentialValidator().validate(*agent, *clientID, absolutePath(*credentialPath));
+    return {.agent = *agent, .clientID = *clientID, .credential = validated.token};
+}
+
+}  // namespace
 
 int main(int count, char** arguments) {
-    return quorvantis::startUp({arguments + (count > 0 ? 1 : 0), arguments + count});
+    reserveStandardStreams();
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGCHLD, SIG_DFL);  // a parent may have left it ignored, and then no child can be waited for
+    platform::keepFreedMemory();
+    try {
+        QuorvantisMCP::serve(
+            validatedIdentity(ArgumentReader{{arguments + (count > 0 ? 1 : 0), arguments + count}}));
+        return 0;
+    } catch (const std::exception& failure) {
+        HelperIO::error(failure.what());
+        return 1;
+    }
 }

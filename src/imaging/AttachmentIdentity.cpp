@@ -6,7 +6,7 @@
 #include "imaging/DecodedPixelHash.h"
 #include "platform/SHA256.h"
 #include "support/Files.h"
-#include "support/HexText.h"
+#include "support/Hexadecimal.h"
 
 namespace quorvantis::HelperIO {
 
@@ -36,7 +36,7 @@ class ExaminedFile {
         platform::SHA256 hash;
         const auto size =
             file_->read([&](std::string_view piece) { hash.update(std::as_bytes(std::span(piece))); });
-        sha256_ = hexText(hash.finish());
+        sha256_ = hexadecimal(hash.finish());
         unchanged_ = size == state_.size;
         finishPart();
     }

@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "imaging/DecodedPixels.h"
-#include "platform/Descriptor.h"
+#include "platform/Descriptors.h"
 
 namespace quorvantis {
 

@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "imaging/PixelHasher.h"
+#include "support/Hexadecimal.h"
 
 namespace quorvantis {
 
@@ -29,9 +30,8 @@ std::optional<DecodedPixels> DecodedPixels::parse(std::string_view record) {
     const auto height = takeNumber(rest);
     if (!width || !height || !isWithinPixelBudget(*width, *height) || rest.empty()) return std::nullopt;
     DecodedPixels pixels = {*width, *height, std::string(rest.substr(0, rest.size() - 1))};
-    const bool hexadecimal = pixels.hash.find_first_not_of("0123456789abcdef") == std::string::npos;
     // Compared with what the writer makes of it: leading zeros and a missing line feed are other forms.
-    if (pixels.hash.size() != 64 || !hexadecimal || pixels.record() != record) return std::nullopt;
+    if (!isLowerCaseHexadecimal(pixels.hash, 64) || pixels.record() != record) return std::nullopt;
     return pixels;
 }
 

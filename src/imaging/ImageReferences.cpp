@@ -4,6 +4,7 @@
 #include <array>
 
 #include "support/Characters.h"
+#include "support/Hexadecimal.h"
 
 namespace quorvantis::ImageReferences {
 
@@ -16,11 +17,11 @@ constexpr std::array<std::string_view, 9> lineEnds = {"",     "\n",     "\v",   
                                                       "\r\n", "\u0085", "\u2028", "\u2029"};
 
 bool isHexDigit(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+    return hexadecimalValue(c).has_value();
 }
 
 bool isLetterOrDigit(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return isHexDigit(c) || (c >= 'g' && c <= 'z') || (c >= 'G' && c <= 'Z');
 }
 
 bool startsWithHash(std::string_view text) {

@@ -1,6 +1,6 @@
 #include "imaging/PixelHasher.h"
 
-#include "support/HexText.h"
+#include "support/Hexadecimal.h"
 
 namespace quorvantis {
 
@@ -21,7 +21,7 @@ void PixelHasher::update(std::span<const std::byte> pixels) {
 
 std::optional<std::string> PixelHasher::finish() {
     if (missing_ != 0) return std::nullopt;
-    return hexText(hash_.finish());
+    return hexadecimal(hash_.finish());
 }
 
 }  // namespace quorvantis

@@ -1,6 +1,6 @@
 #include "integration/AgentIdentifier.h"
 
-#include "support/UUID.h"
+#include "json/UUID.h"
 
 namespace quorvantis::AgentIdentifier {
 

@@ -1,8 +1,9 @@
 #include "integration/CredentialValidator.h"
 
-#include "cli/HelperFailure.h"
 #include "integration/AgentIdentifier.h"
-#include "platform/PathText.h"
+#include "json/JSONFiles.h"
+#include "platform/FileSystem.h"
+#include "support/HelperFailure.h"
 #include "support/HelperIO.h"
 #include "support/Paths.h"
 #include "support/UTF8.h"

@@ -1,7 +1,6 @@
 #include "integration/HelperPaths.h"
 
-#include "platform/HomeFolder.h"
-#include "support/Environment.h"
+#include "platform/Process.h"
 #include "support/Paths.h"
 
 namespace quorvantis {
@@ -10,14 +9,15 @@ namespace {
 
 std::string applicationSupportFolder() {
     if (isTestingMode())
-        if (const auto folder = environmentVariable("QUORVANTIS_APP_SUPPORT")) return absolutePath(*folder);
+        if (const auto folder = platform::environmentVariable("QUORVANTIS_APP_SUPPORT"))
+            return absolutePath(*folder);
     return joinedPath(absolutePath(platform::homeFolder()), "Library/Application Support/Quorvantis");
 }
 
 }  // namespace
 
 bool isTestingMode() {
-    return environmentVariable("QUORVANTIS_TESTING") == "1";
+    return platform::environmentVariable("QUORVANTIS_TESTING") == "1";
 }
 
 HelperPaths::HelperPaths()

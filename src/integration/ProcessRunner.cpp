@@ -6,11 +6,9 @@
 #include <unistd.h>
 #include <utility>
 
-#include "platform/Descriptor.h"
-#include "platform/HomeFolder.h"
-#include "platform/Pipe.h"
+#include "platform/Descriptors.h"
+#include "platform/Process.h"
 #include "platform/Spawn.h"
-#include "support/Environment.h"
 #include "support/Files.h"
 #include "support/Paths.h"
 #include "support/UTF8.h"
@@ -24,7 +22,7 @@ namespace {
 using platform::Descriptor;
 
 std::string searchPath() {
-    return environmentVariable("PATH").value_or("/usr/bin:/bin") +
+    return platform::environmentVariable("PATH").value_or("/usr/bin:/bin") +
            ":/opt/homebrew/bin:/usr/local/bin:" + joinedPath(platform::homeFolder(), ".local/bin");
 }
 

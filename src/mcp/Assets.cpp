@@ -1,11 +1,10 @@
-#include "mcp/Assets.h"
-
 #include <array>
 
 #include "broker/BrokerClient.h"
-#include "cli/HelperFailure.h"
+#include "mcp/Handlers.h"
 #include "mcp/Payload.h"
 #include "support/Characters.h"
+#include "support/HelperFailure.h"
 
 namespace quorvantis::QuorvantisMCP {
 

@@ -1,17 +1,14 @@
-#include "mcp/AttachmentIdentities.h"
-
 #include <string>
 #include <vector>
 
 #include "imaging/AttachmentIdentity.h"
+#include "mcp/Handlers.h"
 #include "support/Characters.h"
 #include "support/Paths.h"
 
 namespace quorvantis::QuorvantisMCP {
 
 namespace {
-
-constexpr std::size_t identifierLength = 64;  // characters
 
 /// A text of the right length, in lower case; what its characters are is the broker's to judge.
 std::optional<std::string> identifier(JSON value) {

@@ -1,18 +1,15 @@
-#include "mcp/History.h"
-
 #include <algorithm>
 #include <array>
 
 #include "broker/BrokerClient.h"
-#include "cli/HelperFailure.h"
+#include "mcp/Handlers.h"
 #include "mcp/Payload.h"
-#include "support/WhiteSpace.h"
+#include "support/Characters.h"
+#include "support/HelperFailure.h"
 
 namespace quorvantis::QuorvantisMCP {
 
 namespace {
-
-constexpr std::int64_t usualLimit = 20, leastLimit = 1, mostLimit = 100;
 
 constexpr std::array<PayloadKey, 8> historyKeys = {{
     {"entry_id", "entryID", isString, "\"\""},
@@ -30,7 +27,8 @@ constexpr std::array<PayloadKey, 8> historyKeys = {{
 JSONText searchHistory(JSON arguments, const BrokerIdentity& identity) {
     const auto query = arguments["query"].string();
     if (!query || isBlank(*query)) throw HelperFailure::invalidArguments("A non-empty query is required.");
-    const auto limit = std::clamp(arguments["limit"].integer().value_or(usualLimit), leastLimit, mostLimit);
+    const auto limit =
+        std::clamp(arguments["limit"].integer().value_or(defaultLimit), minimumLimit, maximumLimit);
     const JSONDocument answer = BrokerClient{identity}.call(
         "search_history", {{"query", jsonText(*query)}, {"limit", jsonText(limit)}});
     JSONWriter result(Slashes::bare);

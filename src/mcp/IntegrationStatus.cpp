@@ -1,11 +1,10 @@
-#include "mcp/IntegrationStatus.h"
-
 #include <algorithm>
 #include <array>
 #include <string>
 #include <unordered_set>
 
 #include "broker/BrokerClient.h"
+#include "mcp/Handlers.h"
 #include "mcp/Replies.h"
 
 namespace quorvantis::QuorvantisMCP {

@@ -14,4 +14,24 @@ void writePublicPayload(JSON source, std::span<const PayloadKey> keys, JSONWrite
     writer.endObject();
 }
 
+bool isString(JSON value) {
+    return value.kind() == JSON::Kind::string;
+}
+
+bool isNumber(JSON value) {
+    return value.kind() == JSON::Kind::number;
+}
+
+bool isInteger(JSON value) {
+    return value.integer().has_value();
+}
+
+bool isBoolean(JSON value) {
+    return value.kind() == JSON::Kind::boolean;
+}
+
+bool isArrayOfStrings(JSON value) {
+    return value.isArrayOf(JSON::Kind::string);
+}
+
 }  // namespace quorvantis::QuorvantisMCP

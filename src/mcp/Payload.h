@@ -3,8 +3,8 @@
 #include <span>
 #include <string_view>
 
-#include "support/JSON.h"
-#include "support/JSONWriter.h"
+#include "json/JSON.h"
+#include "json/JSONWriter.h"
 
 namespace quorvantis::QuorvantisMCP {
 
@@ -20,20 +20,11 @@ struct PayloadKey {
 /// passed on.
 void writePublicPayload(JSON source, std::span<const PayloadKey> keys, JSONWriter& writer);
 
-inline bool isString(JSON value) {
-    return value.kind() == JSON::Kind::string;
-}
-inline bool isNumber(JSON value) {
-    return value.kind() == JSON::Kind::number;
-}
-inline bool isInteger(JSON value) {
-    return value.integer().has_value();
-}
-inline bool isBoolean(JSON value) {
-    return value.kind() == JSON::Kind::boolean;
-}
-inline bool isArrayOfStrings(JSON value) {
-    return value.isArrayOf(JSON::Kind::string);
-}
+// What a value must be to be copied.
+bool isString(JSON value);
+bool isNumber(JSON value);
+bool isInteger(JSON value);
+bool isBoolean(JSON value);
+bool isArrayOfStrings(JSON value);
 
 }  // namespace quorvantis::QuorvantisMCP

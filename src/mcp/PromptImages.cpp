@@ -1,19 +1,16 @@
-#include "mcp/PromptImages.h"
-
 #include "broker/BrokerClient.h"
-#include "cli/HelperFailure.h"
 #include "imaging/ImageReferences.h"
-#include "mcp/Assets.h"
-#include "mcp/AttachmentIdentities.h"
+#include "mcp/Handlers.h"
+#include "support/Characters.h"
+#include "support/HelperFailure.h"
 
 namespace quorvantis::QuorvantisMCP {
 
 namespace {
 
-constexpr std::size_t mostReferences = 50;
-
-JSONText resolveAttachments(JSON attachments, JSON arguments, const BrokerIdentity& identity) {
-    const auto identities = attachmentIdentities(attachments.elements());
+/// Empty `identities`: at least one attachment has none.
+JSONText resolveIdentities(const std::optional<JSONText>& identities, JSON arguments,
+                           const BrokerIdentity& identity) {
     if (!identities)
         throw HelperFailure::invalidArguments(
             "Every attachment needs an explicit valid image identity. For resized chat previews, use the original "
@@ -32,36 +29,43 @@ JSONText resolveAttachments(JSON attachments, JSON arguments, const BrokerIdenti
                                "confidence", confidence, "images", publicImages(answer["images"])));
 }
 
-/// The references as attachments; nothing when one of them is no reference.
-std::optional<JSONText> attachmentsOf(JSON::Elements references) {
-    JSONWriter attachments(Slashes::bare);
-    attachments.beginArray();
+/// The asset hashes of the references. Throws when one of them is no reference.
+std::vector<std::string> assetHashes(JSON::Elements references) {
+    std::vector<std::string> hashes;
     for (const JSON reference : references) {
-        const auto hash = ImageReferences::assetHash(*reference.string());
-        if (!hash) return std::nullopt;
-        attachments.object("asset_id", *hash);
+        auto hash = ImageReferences::assetHash(*reference.string());
+        if (!hash)
+            throw HelperFailure::invalidArguments("One or more Quorvantis image references are invalid.");
+        hashes.push_back(std::move(*hash));
     }
-    attachments.endArray();
-    return JSONText{attachments.take()};
+    return hashes;
+}
+
+/// Empty when a hash ends in a line end, which a reference may have and an identifier may not.
+std::optional<JSONText> assetIdentities(const std::vector<std::string>& hashes) {
+    JSONWriter identities(Slashes::bare);
+    identities.beginArray();
+    for (const auto& hash : hashes) {
+        if (characterCount(hash) != identifierLength) return std::nullopt;
+        identities.object("assetID", hash);
+    }
+    identities.endArray();
+    return JSONText{identities.take()};
 }
 
 }  // namespace
 
 JSONText resolve(JSON arguments, const BrokerIdentity& identity) {
-    return resolveAttachments(arguments["attachments"], arguments, identity);
+    return resolveIdentities(attachmentIdentities(arguments["attachments"].elements()), arguments, identity);
 }
 
 JSONText resolveReferences(JSON arguments, const BrokerIdentity& identity) {
     const JSON references = arguments["references"];
     const auto count = references.elements().count();
-    if (!references.isArrayOf(JSON::Kind::string) || count < 1 || count > mostReferences)
+    if (!references.isArrayOf(JSON::Kind::string) || count < 1 || count > maximumReferences)
         throw HelperFailure::invalidArguments(
             "Provide the quorvantis://image/ references explicitly shared in the current user prompt.");
-    const auto attachments = attachmentsOf(references.elements());
-    if (!attachments)
-        throw HelperFailure::invalidArguments("One or more Quorvantis image references are invalid.");
-    const auto document = JSONDocument::parse(attachments->text);
-    return resolveAttachments(document->root(), arguments, identity);
+    return resolveIdentities(assetIdentities(assetHashes(references.elements())), arguments, identity);
 }
 
 }  // namespace quorvantis::QuorvantisMCP

@@ -1,14 +1,21 @@
 #include "mcp/Replies.h"
 
-namespace quorvantis::QuorvantisMCP {
+#include <unistd.h>
 
-bool failure(JSON id, int code, std::string_view message) {
-    return HelperIO::writeLine("jsonrpc", "2.0", "id", id, "error",
-                               jsonObject("code", code, "message", message));
+#include "support/Streams.h"
+
+namespace quorvantis {
+
+bool HelperIO::writeLine(std::string json) {
+    return writeStream(STDOUT_FILENO, json.append("\n"));
 }
 
-bool notifyToolsListChanged() {
-    return HelperIO::writeLine("jsonrpc", "2.0", "method", "notifications/tools/list_changed");
+bool QuorvantisMCP::failure(JSON id, int code, std::string_view message) {
+    return writeMessage("id", id, "error", jsonObject("code", code, "message", message));
 }
 
-}  // namespace quorvantis::QuorvantisMCP
+bool QuorvantisMCP::notifyToolsListChanged() {
+    return writeMessage("method", "notifications/tools/list_changed");
+}
+
+}  // namespace quorvantis

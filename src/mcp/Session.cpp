@@ -4,12 +4,12 @@
 #include <array>
 #include <unistd.h>
 
+#include "json/JSONDocument.h"
+#include "json/JSONWriter.h"
 #include "mcp/Replies.h"
 #include "mcp/Tools.h"
 #include "mcp/Version.h"
 #include "state/MCPClientSession.h"
-#include "support/JSONDocument.h"
-#include "support/JSONWriter.h"
 #include "support/Streams.h"
 #include "support/UTF8.h"
 

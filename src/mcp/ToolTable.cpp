@@ -1,9 +1,6 @@
 #include <array>
 
-#include "mcp/Assets.h"
-#include "mcp/History.h"
-#include "mcp/IntegrationStatus.h"
-#include "mcp/PromptImages.h"
+#include "mcp/Handlers.h"
 #include "mcp/Tools.h"
 
 namespace quorvantis::QuorvantisMCP {

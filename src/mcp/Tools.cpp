@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <exception>
 
-#include "cli/HelperFailure.h"
 #include "mcp/Replies.h"
+#include "support/HelperFailure.h"
 
 namespace quorvantis::QuorvantisMCP {
 

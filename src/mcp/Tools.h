@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "broker/BrokerIdentity.h"
-#include "support/JSON.h"
-#include "support/JSONWriter.h"
+#include "json/JSON.h"
+#include "json/JSONWriter.h"
 
 namespace quorvantis::QuorvantisMCP {
 

@@ -7,8 +7,7 @@
 #include <sys/wait.h>
 #include <system_error>
 
-#include "platform/Descriptor.h"
-#include "platform/SpawnInheritance.h"
+#include "platform/Descriptors.h"
 
 namespace quorvantis::platform {
 

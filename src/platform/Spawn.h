@@ -1,5 +1,6 @@
 #pragma once
 
+#include <spawn.h>
 #include <string>
 #include <sys/types.h>
 #include <utility>
@@ -44,5 +45,9 @@ struct Spawn {
     /// Starts it, with no signal ignored or blocked. Throws std::system_error.
     Child start() const;
 };
+
+/// Makes a child that is started with these inherit the first `count` descriptors, which its file actions
+/// make, and no others. Call it last: it adds to the actions and to the flags that were set before.
+void inheritOnly(int count, posix_spawn_file_actions_t& actions, posix_spawnattr_t& attributes);
 
 }  // namespace quorvantis::platform

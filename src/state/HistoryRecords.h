@@ -6,7 +6,7 @@
 #include <tuple>
 #include <vector>
 
-#include "support/JSONRecord.h"
+#include "json/JSONRecord.h"
 
 namespace quorvantis {
 

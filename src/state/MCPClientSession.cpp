@@ -4,11 +4,10 @@
 #include <unistd.h>
 
 #include "integration/HelperPaths.h"
+#include "json/JSONFiles.h"
 #include "platform/ClientSessionNotification.h"
-#include "platform/Executables.h"
-#include "platform/PathText.h"
-#include "state/ProtectedJSON.h"
-#include "support/Environment.h"
+#include "platform/FileSystem.h"
+#include "platform/Process.h"
 #include "support/UTF8.h"
 
 namespace quorvantis {
@@ -22,7 +21,7 @@ std::string resolvedPath(const std::string& path) {
 }  // namespace
 
 void MCPClientSession::record(const BrokerIdentity& identity, std::string_view clientName) {
-    if (environmentVariable("QUORVANTIS_DIAGNOSTIC") == "1") return;
+    if (platform::environmentVariable("QUORVANTIS_DIAGNOSTIC") == "1") return;
     HelperIO::writeAdvisoryJSON(MCPClientSession{.clientID = identity.clientID,
                                                  .processID = getpid(),
                                                  .executablePath = resolvedPath(platform::firstArgument()),

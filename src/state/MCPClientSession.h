@@ -6,7 +6,7 @@
 #include <tuple>
 
 #include "broker/BrokerIdentity.h"
-#include "support/JSONRecord.h"
+#include "json/JSONRecord.h"
 
 namespace quorvantis {
 

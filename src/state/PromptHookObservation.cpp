@@ -1,7 +1,7 @@
 #include "state/PromptHookObservation.h"
 
 #include "integration/HelperPaths.h"
-#include "state/ProtectedJSON.h"
+#include "json/JSONFiles.h"
 
 namespace quorvantis {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <tuple>
 
-#include "support/JSONRecord.h"
+#include "json/JSONRecord.h"
 
 namespace quorvantis {
 

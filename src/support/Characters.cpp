@@ -25,6 +25,15 @@ void append(std::string& text, std::int32_t codePoint) {
     text.append(reinterpret_cast<const char*>(bytes.data()), static_cast<std::size_t>(size));
 }
 
+bool isSpace(std::int32_t codePoint) {
+    constexpr std::int32_t nextLine = 0x85, zeroWidthSpace = 0x200B;
+    if ((codePoint >= '\t' && codePoint <= '\r') || codePoint == nextLine || codePoint == zeroWidthSpace)
+        return true;
+    const auto category = utf8proc_category(codePoint);
+    return category == UTF8PROC_CATEGORY_ZS || category == UTF8PROC_CATEGORY_ZL ||
+           category == UTF8PROC_CATEGORY_ZP;
+}
+
 }  // namespace
 
 std::size_t characterCount(std::string_view text) {
@@ -58,6 +67,12 @@ std::string lowerCased(std::string_view text) {
             append(lower, utf8proc_tolower(codePoint));
     }
     return lower;
+}
+
+bool isBlank(std::string_view text) {
+    while (!text.empty())
+        if (!isSpace(takeCodePoint(text))) return false;
+    return true;
 }
 
 }  // namespace quorvantis

@@ -18,4 +18,8 @@ bool isCharacterBoundary(std::string_view text, std::size_t place);
 /// The text in lower case, without regard to language or context.
 std::string lowerCased(std::string_view text);
 
+/// Whether nothing is left of the text when white space and line ends are trimmed: the separators of Unicode
+/// (general categories Zs, Zl and Zp), U+0009 to U+000D, U+0085, and, as on the platform, U+200B.
+bool isBlank(std::string_view text);
+
 }  // namespace quorvantis

@@ -4,13 +4,14 @@
 #include <cstdio>
 #include <errno.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
-#include "platform/Descriptor.h"
-#include "platform/FileTimes.h"
+#include "platform/Descriptors.h"
+#include "platform/FileSystem.h"
 #include "support/Paths.h"
 
 namespace quorvantis {
@@ -132,14 +133,9 @@ void replaceFile(const std::string& path, std::string_view content) {
 }
 
 void makeFolders(const std::string& path) {
-    if (mkdir(path.c_str(), 0777) == 0) return;
-    if (errno == ENOENT && parentPath(path) != path) {
-        makeFolders(parentPath(path));
-        if (mkdir(path.c_str(), 0777) == 0) return;
-    }
-    const int code = errno;
-    struct stat status;
-    if (stat(path.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) throw FileError::system(code);
+    std::error_code error;
+    std::filesystem::create_directories(path, error);
+    if (error) throw FileError::system(error.value());
 }
 
 }  // namespace quorvantis

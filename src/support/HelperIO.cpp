@@ -4,7 +4,8 @@
 #include <unistd.h>
 
 #include "platform/SHA256.h"
-#include "support/HexText.h"
+#include "support/Files.h"
+#include "support/Hexadecimal.h"
 #include "support/Streams.h"
 
 namespace quorvantis::HelperIO {
@@ -16,10 +17,6 @@ void update(platform::SHA256& hash, std::string_view bytes) {
 }
 
 }  // namespace
-
-bool detail::writeLine(std::string json) {
-    return writeStream(STDOUT_FILENO, json.append("\n"));
-}
 
 void error(std::string_view message) {
     writeStream(STDERR_FILENO, std::string(message).append("\n"));
@@ -39,13 +36,13 @@ std::string shellQuoted(std::string_view text) {
 std::string sha256(std::string_view data) {
     platform::SHA256 hash;
     update(hash, data);
-    return hexText(hash.finish());
+    return hexadecimal(hash.finish());
 }
 
 std::string sha256FileAt(const std::string& path) {
     platform::SHA256 hash;
     readFile(path, [&](std::string_view piece) { update(hash, piece); });
-    return hexText(hash.finish());
+    return hexadecimal(hash.finish());
 }
 
 }  // namespace quorvantis::HelperIO

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "cli/HelperFailure.h"
 #include "harness/Installation.h"
 #include "harness/Words.h"
+#include "support/HelperFailure.h"
 
 namespace quorvantis {
 

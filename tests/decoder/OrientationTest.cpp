@@ -1,4 +1,4 @@
-#include "decoder/Orientation.h"
+#include "decoder/picture/Orientation.h"
 
 #include <gtest/gtest.h>
 #include <string>

@@ -1,4 +1,4 @@
-#include "decoder/Sandbox.h"
+#include "decoder/process/Sandbox.h"
 
 #include <csignal>
 #include <fcntl.h>

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <unistd.h>
 
-#include "platform/Pipe.h"
+#include "platform/Descriptors.h"
 
 namespace quorvantis::harness {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Descriptor.h"
+#include "platform/Descriptors.h"
 #include "platform/Spawn.h"
 
 namespace quorvantis::harness {

@@ -8,9 +8,8 @@
 #include <unistd.h>
 
 #include "broker/BrokerTransport.h"
-#include "platform/Pipe.h"
-#include "platform/Sockets.h"
-#include "support/JSONDocument.h"
+#include "json/JSONDocument.h"
+#include "platform/Descriptors.h"
 
 namespace quorvantis::harness {
 

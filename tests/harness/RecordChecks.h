@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/JSONRecord.h"
+#include "json/JSONRecord.h"
 
 namespace quorvantis::harness {
 

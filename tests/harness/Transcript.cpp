@@ -6,7 +6,7 @@
 
 #include "harness/FakeBroker.h"
 #include "harness/Installation.h"
-#include "support/UUID.h"
+#include "json/UUID.h"
 
 namespace quorvantis::harness {
 

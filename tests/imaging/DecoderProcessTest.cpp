@@ -6,7 +6,7 @@
 
 #include "harness/TemporaryFolder.h"
 #include "imaging/OtherRoles.h"
-#include "platform/Executables.h"
+#include "platform/Process.h"
 #include "support/HelperIO.h"
 
 namespace quorvantis {

@@ -7,6 +7,7 @@
 
 #include "harness/FakeBroker.h"
 #include "harness/Installation.h"
+#include "support/Files.h"
 
 namespace quorvantis {
 

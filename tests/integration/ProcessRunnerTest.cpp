@@ -4,9 +4,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include "platform/Executables.h"
-#include "platform/HomeFolder.h"
-#include "support/Environment.h"
+#include "platform/Process.h"
 #include "support/Files.h"
 
 namespace quorvantis {
@@ -35,7 +33,7 @@ TEST(ProcessRunnerTest, CollectsBothStreamsAndTheStatus) {
 }
 
 TEST(ProcessRunnerTest, AddsToThePath) {
-    const std::string before = environmentVariable("PATH").value();
+    const std::string before = platform::environmentVariable("PATH").value();
     const std::string added = ":/opt/homebrew/bin:/usr/local/bin:" + platform::homeFolder() + "/.local/bin";
     EXPECT_EQ(play({"path"}).output, before + added);
     setenv("PATH", "", 1);

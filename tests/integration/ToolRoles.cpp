@@ -4,7 +4,7 @@
 #include <unistd.h>
 
 #include "harness/Descriptors.h"
-#include "support/Environment.h"
+#include "platform/Process.h"
 #include "support/Streams.h"
 
 namespace quorvantis {
@@ -31,7 +31,7 @@ int playTool(const std::vector<std::string>& words) {
     if (role == "bytes") print("x\xff");
     if (role == "flood") print(std::string(10'485'760, 'x'));
     if (role == "signal") dieOf(std::stoi(words.at(1)));
-    if (role == "path") print(environmentVariable("PATH").value_or("none"));
+    if (role == "path") print(platform::environmentVariable("PATH").value_or("none"));
     if (char byte; role == "read") print(std::to_string(read(STDIN_FILENO, &byte, 1)));
     if (role == "descriptors") print(std::to_string(harness::openDescriptors()));
     return role == "both" ? 3 : 0;

@@ -7,8 +7,8 @@
 #include "harness/TemporaryFolder.h"
 #include "imaging/AttachmentIdentity.h"
 #include "platform/ClientSessionNotification.h"
-#include "platform/Executables.h"
-#include "platform/PathText.h"
+#include "platform/FileSystem.h"
+#include "platform/Process.h"
 #include "support/Files.h"
 
 namespace quorvantis {

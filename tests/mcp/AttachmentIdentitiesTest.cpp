@@ -1,8 +1,8 @@
-#include "mcp/AttachmentIdentities.h"
-
 #include <gtest/gtest.h>
 
 #include "harness/TemporaryFolder.h"
+#include "json/JSONDocument.h"
+#include "mcp/Handlers.h"
 #include "support/HelperIO.h"
 
 namespace quorvantis {

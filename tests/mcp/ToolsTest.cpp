@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <set>
 
-#include "support/JSONDocument.h"
+#include "json/JSONDocument.h"
 
 namespace quorvantis {
 

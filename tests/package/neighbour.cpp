@@ -7,7 +7,7 @@
 #include <cstdio>
 
 #include "imaging/AttachmentIdentity.h"
-#include "support/JSONDocument.h"
+#include "json/JSONDocument.h"
 
 int main(int, char** arguments) {
     const auto theirs = boost::json::parse(arguments[1]).at("number").as_int64();

@@ -4,8 +4,8 @@
 
 #include "harness/Installation.h"
 #include "harness/RecordChecks.h"
-#include "platform/PathText.h"
-#include "support/HelperIO.h"
+#include "json/JSONFiles.h"
+#include "platform/FileSystem.h"
 
 namespace quorvantis {
 

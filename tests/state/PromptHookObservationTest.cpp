@@ -2,6 +2,7 @@
 
 #include "harness/Installation.h"
 #include "harness/RecordChecks.h"
+#include "support/Files.h"
 
 namespace quorvantis {
 

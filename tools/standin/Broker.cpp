@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 #include "Log.h"
-#include "support/JSONDocument.h"
+#include "json/JSONDocument.h"
 
 namespace quorvantis::standin {
 

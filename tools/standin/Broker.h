@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "Installation.h"
-#include "support/JSON.h"
-#include "support/JSONWriter.h"
+#include "json/JSON.h"
+#include "json/JSONWriter.h"
 
 namespace quorvantis::standin {
 

@@ -10,7 +10,7 @@
 
 #include "broker/BrokerClient.h"
 #include "broker/BrokerTransport.h"
-#include "platform/Sockets.h"
+#include "platform/Descriptors.h"
 #include "support/Files.h"
 
 namespace quorvantis::standin {

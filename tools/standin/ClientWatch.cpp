@@ -1,7 +1,7 @@
 #include "ClientWatch.h"
 
 #include "Log.h"
-#include "support/HelperIO.h"
+#include "json/JSONFiles.h"
 
 namespace quorvantis::standin {
 

@@ -4,7 +4,7 @@
 #include <unistd.h>
 
 #include "FoldedText.h"
-#include "state/ProtectedJSON.h"
+#include "json/JSONFiles.h"
 #include "support/HelperIO.h"
 
 namespace quorvantis::standin {

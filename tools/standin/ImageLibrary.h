@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "imaging/AttachmentIdentity.h"
-#include "support/Date.h"
-#include "support/JSON.h"
-#include "support/UUID.h"
+#include "json/Date.h"
+#include "json/JSON.h"
+#include "json/UUID.h"
 
 namespace quorvantis::standin {
 

@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 #include "Workspace.h"
-#include "support/NumberText.h"
+#include "json/NumberText.h"
 #include "support/Paths.h"
 
 namespace quorvantis::standin {

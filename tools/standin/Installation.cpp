@@ -3,8 +3,8 @@
 #include <unistd.h>
 
 #include "integration/CredentialValidator.h"
-#include "platform/Executables.h"
-#include "state/ProtectedJSON.h"
+#include "json/JSONFiles.h"
+#include "platform/Process.h"
 #include "support/HelperIO.h"
 
 namespace quorvantis::standin {

@@ -5,7 +5,7 @@
 #include <signal.h>
 #include <unistd.h>
 
-#include "platform/Pipe.h"
+#include "platform/Descriptors.h"
 
 namespace quorvantis::standin {
 

@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/Descriptor.h"
+#include "platform/Descriptors.h"
 #include "support/Files.h"
 #include "support/HelperIO.h"
 #include "support/Paths.h"

@@ -6,8 +6,8 @@
 #include <system_error>
 #include <unistd.h>
 
-#include "platform/Executables.h"
-#include "platform/Pipe.h"
+#include "platform/Descriptors.h"
+#include "platform/Process.h"
 #include "support/Paths.h"
 
 namespace quorvantis {

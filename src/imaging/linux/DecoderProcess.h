@@ -4,7 +4,7 @@
 #include <string>
 
 #include "imaging/DecodedPixels.h"
-#include "platform/Descriptor.h"
+#include "platform/Descriptors.h"
 #include "platform/Spawn.h"
 
 namespace quorvantis {

@@ -1,6 +1,6 @@
-#include "platform/PathText.h"
-
 #include <gtest/gtest.h>
+
+#include "platform/FileSystem.h"
 
 namespace quorvantis {
 

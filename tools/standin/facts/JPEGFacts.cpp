@@ -1,6 +1,6 @@
 #include <vector>
 
-#include "decoder/Orientation.h"
+#include "decoder/picture/Orientation.h"
 #include "facts/Bytes.h"
 #include "facts/Formats.h"
 

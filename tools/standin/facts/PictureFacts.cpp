@@ -4,7 +4,7 @@
 #include <unistd.h>
 #include <vector>
 
-#include "decoder/Format.h"
+#include "decoder/formats/Format.h"
 #include "facts/Formats.h"
 #include "support/Files.h"
 

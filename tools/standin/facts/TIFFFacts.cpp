@@ -1,6 +1,6 @@
 #include <set>
 
-#include "decoder/Orientation.h"
+#include "decoder/picture/Orientation.h"
 #include "facts/Bytes.h"
 #include "facts/Formats.h"
 

@@ -1,4 +1,4 @@
-#include "decoder/Orientation.h"
+#include "decoder/picture/Orientation.h"
 #include "facts/Bytes.h"
 #include "facts/Formats.h"
 

@@ -1,0 +1,90 @@
+#include <algorithm>
+#include <libheif/heif.h>
+#include <memory>
+
+#include "decoder/formats/Readers.h"
+#include "decoder/picture/GiveUp.h"
+#include "decoder/picture/UprightPicture.h"
+
+namespace quorvantis::decoder {
+
+namespace {
+
+template <class T>
+using Owned = std::unique_ptr<T, void (*)(T*)>;
+
+void require(const heif_error& error) {
+    if (error.code != heif_error_Ok) giveUp();
+}
+
+/// The first picture of the file that no other one is made of.
+Owned<heif_image_handle> firstPicture(heif_context* context) {
+    heif_item_id item = 0;
+    if (heif_context_get_list_of_top_level_image_IDs(context, &item, 1) < 1) giveUp();
+    heif_image_handle* handle = nullptr;
+    require(heif_context_get_image_handle(context, item, &handle));
+    return {handle, [](heif_image_handle* h) { heif_image_handle_release(h); }};
+}
+
+std::vector<std::uint8_t> profile(const heif_image_handle* handle) {
+    std::vector<std::uint8_t> profile(heif_image_handle_get_raw_color_profile_size(handle));
+    if (!profile.empty()) require(heif_image_handle_get_raw_color_profile(handle, profile.data()));
+    return profile;
+}
+
+PictureHeader pictureHeader(const heif_image_handle* handle) {
+    PictureHeader header;
+    header.size = {heif_image_handle_get_width(handle), heif_image_handle_get_height(handle)};
+    header.declared =
+        Size{heif_image_handle_get_ispe_width(handle), heif_image_handle_get_ispe_height(handle)};
+    header.premultiplied = heif_image_handle_is_premultiplied_alpha(handle) != 0;
+    header.colours.profile = profile(handle);
+    return header;
+}
+
+/// Decodes it as RGBA, of 8 bits or more, turned and cropped as the file says.
+Owned<heif_image> decoded(const heif_image_handle* handle) {
+    const Owned<heif_decoding_options> options(heif_decoding_options_alloc(), &heif_decoding_options_free);
+    options->strict_decoding = 1;
+    const bool isDeep = heif_image_handle_get_luma_bits_per_pixel(handle) > 8;
+    heif_image* image = nullptr;
+    require(heif_decode_image(handle, &image, heif_colorspace_RGB,
+                              isDeep ? heif_chroma_interleaved_RRGGBBAA_LE : heif_chroma_interleaved_RGBA,
+                              options.get()));
+    return {image, [](heif_image* i) { heif_image_release(i); }};
+}
+
+void addRows(const heif_image* image, UprightPicture& picture, const Size& size) {
+    if (heif_image_get_width(image, heif_channel_interleaved) != size.width ||
+        heif_image_get_height(image, heif_channel_interleaved) != size.height)
+        giveUp();
+    int stride = 0;
+    const auto* pixels = heif_image_get_plane_readonly(image, heif_channel_interleaved, &stride);
+    const unsigned most = (1U << heif_image_get_bits_per_pixel_range(image, heif_channel_interleaved)) - 1;
+    if (!pixels || most < 255) giveUp();
+    std::vector<std::uint8_t> row(picture.rowSize());
+    for (std::int64_t y = 0; y < size.height; ++y, pixels += stride) {
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            const unsigned value = most > 255 ? pixels[2 * i] | unsigned{pixels[2 * i + 1]} << 8 : pixels[i];
+            const unsigned deep = std::min(value, most);  // libheif makes opaque alpha 65535
+            row[i] = static_cast<std::uint8_t>((deep * 255 + most / 2) / most);
+        }
+        picture.addRow(row);
+    }
+}
+
+}  // namespace
+
+DecodedPixels readHEIF(const PictureFile& file) {
+    const auto content = file.content();
+    const Owned<heif_context> context(heif_context_alloc(), &heif_context_free);
+    require(
+        heif_context_read_from_memory_without_copy(context.get(), content.data(), content.size(), nullptr));
+    const auto handle = firstPicture(context.get());
+    const auto header = pictureHeader(handle.get());
+    UprightPicture picture(header);
+    addRows(decoded(handle.get()).get(), picture, header.size);
+    return picture.finish();
+}
+
+}  // namespace quorvantis::decoder

@@ -1,0 +1,72 @@
+#include "decoder/formats/Bitmap.h"
+#include "decoder/formats/Format.h"
+#include "decoder/formats/LittleEndian.h"
+#include "decoder/formats/Readers.h"
+
+namespace quorvantis::decoder {
+
+namespace {
+
+constexpr std::size_t directoryHeaderSize = 6;
+constexpr std::size_t entrySize = 16;
+
+/// Where the first picture of the file stands.
+std::uint64_t firstPicture(const PictureFile& file) {
+    std::array<std::uint8_t, entrySize> entry;
+    file.read(directoryHeaderSize, entry);
+    return littleEndian(entry, 12, 4);
+}
+
+bool isPNG(const PictureFile& file, std::uint64_t position) {
+    std::array<std::uint8_t, recognisedBytes> start;
+    const auto size = file.readUpTo(position, start);
+    return recognisedFormat(std::span(start).first(size)) == Format::png;
+}
+
+/// The mask below an icon's picture: one bit a pixel, 1 where nothing is to be seen.
+class Mask {
+  public:
+    Mask(const PictureFile& file, const BitmapHeader& picture) : file_(file), header_(picture) {
+        header_.bits = 1;
+        position_ = picture.end + picture.storedRowSize() * static_cast<std::size_t>(picture.size.height);
+        row_.resize(header_.storedRowSize());
+    }
+
+    void cut(std::int64_t y, std::span<std::uint8_t> rgba) {
+        const auto row = static_cast<std::uint64_t>(header_.size.height - 1 - y);
+        file_.read(position_ + row * row_.size(), row_);
+        for (std::size_t x = 0; x * 4 < rgba.size(); ++x)
+            if (row_[x / 8] >> (7 - x % 8) & 1) rgba[x * 4 + 3] = 0;
+    }
+
+  private:
+    const PictureFile& file_;
+    BitmapHeader header_;
+    std::uint64_t position_;
+    std::vector<std::uint8_t> row_;
+};
+
+DecodedPixels readBitmapEntry(const PictureFile& file, std::uint64_t position) {
+    auto header = readBitmapHeader(file, position);
+    header.size.height /= 2;  // picture and mask count together
+    if (header.bits == 32) header.masks[3] = 0xFF000000;
+    UprightPicture picture({.size = header.size, .declared = {}, .layout = Layout::rgba});
+    BitmapRows rows(file, header, header.end);
+    Mask mask(file, header);
+    std::vector<std::uint8_t> row(picture.rowSize());
+    for (std::int64_t y = 0; y < header.size.height; ++y) {
+        rows.read(y, row);
+        if (header.bits < 32) mask.cut(y, row);
+        picture.addRow(row);
+    }
+    return picture.finish();
+}
+
+}  // namespace
+
+DecodedPixels readICO(const PictureFile& file) {
+    const auto position = firstPicture(file);
+    return isPNG(file, position) ? readPNG(file, position) : readBitmapEntry(file, position);
+}
+
+}  // namespace quorvantis::decoder

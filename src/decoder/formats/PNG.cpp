@@ -1,0 +1,126 @@
+#include <png.h>
+
+#include "decoder/formats/Readers.h"
+#include "decoder/picture/GiveUp.h"
+#include "decoder/picture/UprightPicture.h"
+
+namespace quorvantis::decoder {
+
+namespace {
+
+class Decoder {
+  public:
+    explicit Decoder(PictureReader& reader)
+        : png_(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, ignore)),
+          info_(png_create_info_struct(png_)) {
+        if (!png_ || !info_) giveUp();
+        png_set_user_limits(png_, static_cast<png_uint_32>(pixelBudget),
+                            static_cast<png_uint_32>(pixelBudget));
+        png_set_read_fn(png_, &reader, read);
+        png_read_info(png_, info_);
+    }
+    Decoder(const Decoder&) = delete;
+    Decoder& operator=(const Decoder&) = delete;
+    ~Decoder() { png_destroy_read_struct(&png_, &info_, nullptr); }
+
+    PictureHeader header() {
+        PictureHeader header;
+        header.size = {png_get_image_width(png_, info_), png_get_image_height(png_, info_)};
+        header.colours = colours();
+        png_set_expand(png_);    // palettes, transparent colours, fewer than 8 bits
+        png_set_scale_16(png_);  // exactly round(v / 257)
+        if (png_get_color_type(png_, info_) & PNG_COLOR_MASK_COLOR)
+            png_set_add_alpha(png_, 255, PNG_FILLER_AFTER);
+        passes_ = png_set_interlace_handling(png_);
+        const bool opaque = !(png_get_color_type(png_, info_) & PNG_COLOR_MASK_ALPHA) &&
+                            !png_get_valid(png_, info_, PNG_INFO_tRNS);
+        png_read_update_info(png_, info_);
+        header.layout = layout(opaque);
+        return header;
+    }
+
+    void decode(UprightPicture& picture, const Size& size) {
+        if (png_get_rowbytes(png_, info_) != picture.rowSize()) giveUp();
+        const auto height = static_cast<std::size_t>(size.height);
+        std::vector<std::uint8_t> pixels(picture.rowSize() * (passes_ > 1 ? height : 1));
+        for (int pass = 1; pass < passes_; ++pass)
+            for (std::size_t y = 0; y < height; ++y) readRow(pixels, y, picture.rowSize());
+        for (std::size_t y = 0; y < height; ++y)
+            picture.addRow(readRow(pixels, passes_ > 1 ? y : 0, picture.rowSize()));
+        png_read_end(png_, info_);
+    }
+
+    /// As far as the chunks read so far tell.
+    Orientation orientation() const {
+        png_uint_32 size = 0;
+        png_bytep exif = nullptr;
+        if (!png_get_eXIf_1(png_, info_, &size, &exif)) return upright;
+        return exifOrientation({exif, size}).value_or(upright);
+    }
+
+  private:
+    static void fail(png_structp, png_const_charp) { giveUp(); }
+    static void ignore(png_structp, png_const_charp) {}
+    static void read(png_structp png, png_bytep bytes, std::size_t size) {
+        if (static_cast<PictureReader*>(png_get_io_ptr(png))->read({bytes, size}) != size) giveUp();
+    }
+
+    std::span<std::uint8_t> readRow(std::vector<std::uint8_t>& pixels, std::size_t y, std::size_t size) {
+        const auto row = std::span(pixels).subspan(y * size, size);
+        png_read_row(png_, row.data(), nullptr);
+        return row;
+    }
+
+    Layout layout(bool opaque) const {
+        switch (png_get_channels(png_, info_)) {
+            case 1: return Layout::gray;
+            case 2: return Layout::grayAlpha;
+            default: return opaque ? Layout::rgbx : Layout::rgba;
+        }
+    }
+
+    ColourSpace colours() const {
+        png_charp name = nullptr;
+        png_bytep profile = nullptr;
+        png_uint_32 size = 0;
+        int method = 0;
+        if (png_get_iCCP(png_, info_, &name, &method, &profile, &size))
+            return {.profile = {profile, profile + size}, .calibration = {}};
+        if (png_get_valid(png_, info_, PNG_INFO_sRGB)) return {};
+        double gamma = 0;
+        if (!png_get_gAMA(png_, info_, &gamma) || gamma <= 0) return {};
+        Calibration calibration = {.exponent = 1 / gamma};
+        auto& c = calibration.whiteAndPrimaries;
+        png_get_cHRM(png_, info_, &c[0], &c[1], &c[2], &c[3], &c[4], &c[5], &c[6], &c[7]);
+        return {.profile = {}, .calibration = calibration};
+    }
+
+    png_structp png_;
+    png_infop info_;
+    int passes_ = 1;
+};
+
+DecodedPixels readTurned(const PictureFile& file, std::uint64_t position, std::optional<Orientation> known) {
+    PictureReader reader(file, position);
+    Decoder decoder(reader);
+    auto header = decoder.header();
+    header.orientation = known.value_or(decoder.orientation());
+    UprightPicture picture(header);
+    decoder.decode(picture, header.size);
+    auto pixels = picture.finish();
+    // The chunk eXIf may stand behind the rows that it turns (PNG 1.5 extensions, 3.7).
+    const auto told = decoder.orientation();
+    return told == header.orientation ? pixels : readTurned(file, position, told);
+}
+
+}  // namespace
+
+DecodedPixels readPNG(const PictureFile& file, std::uint64_t position) {
+    return readTurned(file, position, std::nullopt);
+}
+
+DecodedPixels readPNG(const PictureFile& file) {
+    return readPNG(file, 0);
+}
+
+}  // namespace quorvantis::decoder

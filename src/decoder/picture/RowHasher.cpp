@@ -1,0 +1,71 @@
+#include "decoder/picture/RowHasher.h"
+
+#include <system_error>
+
+namespace quorvantis::decoder {
+
+namespace {
+
+constexpr std::size_t blockSize = 131'072;      // bytes
+constexpr std::int64_t smallPicture = 131'072;  // pixels; below, a thread is not worth its start
+
+}  // namespace
+
+RowHasher::RowHasher(std::int64_t width, std::int64_t height) : hasher_(width, height) {
+    if (width * height <= smallPicture) return;
+    try {
+        thread_ = std::thread([this] { hashBlocks(); });
+    } catch (const std::system_error&) {
+        // No room for one: the rows are hashed as they come.
+    }
+}
+
+void RowHasher::update(std::span<const std::byte> pixels) {
+    if (!thread_.joinable()) return hasher_.update(pixels);
+    while (!pixels.empty()) {
+        const auto taken = pixels.first(std::min(pixels.size(), blockSize - filling().size()));
+        filling().insert(filling().end(), taken.begin(), taken.end());
+        pixels = pixels.subspan(taken.size());
+        if (filling().size() == blockSize) passOn();
+    }
+}
+
+std::optional<std::string> RowHasher::finish() {
+    if (thread_.joinable()) {
+        passOn();
+        {
+            const std::lock_guard lock(mutex_);
+            finished_ = true;
+        }
+        changed_.notify_all();
+        thread_.join();
+    }
+    return hasher_.finish();
+}
+
+/// Hands the block that is being filled to the thread, and waits for the next one to be free.
+void RowHasher::passOn() {
+    {
+        const std::lock_guard lock(mutex_);
+        ++filled_;
+    }
+    changed_.notify_all();
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [this] { return filled_ - hashed_ < blocks_.size(); });
+    filling().clear();
+}
+
+void RowHasher::hashBlocks() {
+    std::unique_lock lock(mutex_);
+    for (;;) {
+        changed_.wait(lock, [this] { return hashed_ < filled_ || finished_; });
+        if (hashed_ == filled_) return;
+        lock.unlock();
+        hasher_.update(blocks_[hashed_ % blocks_.size()]);
+        lock.lock();
+        ++hashed_;
+        changed_.notify_all();
+    }
+}
+
+}  // namespace quorvantis::decoder

@@ -1,0 +1,21 @@
+#include "decoder/process/Run.h"
+
+#include <malloc.h>
+#include <new>
+#include <unistd.h>
+
+#include "decoder/picture/GiveUp.h"
+#include "decoder/process/Sandbox.h"
+#include "support/Streams.h"
+
+namespace quorvantis::decoder {
+
+void run(DecodedPixels (*reader)(const PictureFile&)) {
+    std::set_new_handler(giveUp);
+    mallopt(M_ARENA_MAX, 1);  // those of threads look into /proc, which the sandbox forbids
+    enterSandbox();
+    if (!writeStream(STDOUT_FILENO, reader(PictureFile()).record())) giveUp();
+    _exit(0);
+}
+
+}  // namespace quorvantis::decoder

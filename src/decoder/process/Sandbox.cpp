@@ -1,0 +1,111 @@
+#include "decoder/process/Sandbox.h"
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <cstdint>
+#include <memory>
+#include <sched.h>
+#include <seccomp.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <time.h>
+
+#include "decoder/picture/GiveUp.h"
+
+namespace quorvantis::decoder {
+
+namespace {
+
+constexpr rlim_t memoryLimit = 3UL << 30;  // bytes of address space
+constexpr rlim_t timeLimit = 60;           // seconds of processor time
+
+// The address sanitizer reserves terabytes of addresses, and looks at its own threads and stacks.
+constexpr bool isSanitized = QUORVANTIS_SANITIZED;
+
+constexpr std::array decodingCalls = {SCMP_SYS(pread64),      SCMP_SYS(write),   SCMP_SYS(fstat),
+                                      SCMP_SYS(newfstatat),   SCMP_SYS(munmap),  SCMP_SYS(mremap),
+                                      SCMP_SYS(brk),          SCMP_SYS(madvise), SCMP_SYS(getrandom),
+                                      SCMP_SYS(futex),        SCMP_SYS(sysinfo), SCMP_SYS(clock_gettime),
+                                      SCMP_SYS(gettimeofday), SCMP_SYS(exit),    SCMP_SYS(exit_group)};
+
+constexpr std::array threadCalls = {
+    SCMP_SYS(set_robust_list),   SCMP_SYS(rseq),        SCMP_SYS(rt_sigprocmask), SCMP_SYS(rt_sigaction),
+    SCMP_SYS(sched_getaffinity), SCMP_SYS(sched_yield), SCMP_SYS(gettid),         SCMP_SYS(set_tid_address)};
+
+/// The system calls that remain allowed.
+class AllowList {
+  public:
+    AllowList() : filter_(seccomp_init(SCMP_ACT_KILL_PROCESS), &seccomp_release) {
+        complete_ = seccomp_attr_set(filter_.get(), SCMP_FLTATR_ACT_BADARCH, SCMP_ACT_KILL_PROCESS) == 0;
+    }
+
+    template <class... Conditions>
+    void allow(int call, Conditions... conditions) {
+        add(SCMP_ACT_ALLOW, call, conditions...);
+    }
+    template <class... Conditions>
+    void refuse(int call, int error, Conditions... conditions) {
+        add(SCMP_ACT_ERRNO(static_cast<std::uint32_t>(error)), call, conditions...);
+    }
+    bool load() { return complete_ && seccomp_load(filter_.get()) == 0; }
+
+  private:
+    template <class... Conditions>
+    void add(std::uint32_t action, int call, Conditions... conditions) {
+        if (seccomp_rule_add(filter_.get(), action, call, sizeof...(conditions), conditions...) != 0)
+            complete_ = false;
+    }
+
+    std::unique_ptr<void, decltype(&seccomp_release)> filter_;
+    bool complete_ = false;
+};
+
+void limit(int resource, rlim_t value) {
+    const auto kind = static_cast<__rlimit_resource>(resource);
+    rlimit limits;
+    if (getrlimit(kind, &limits) != 0) giveUp();
+    limits.rlim_max = std::min(limits.rlim_max, value);  // one that is lower already cannot be raised
+    limits.rlim_cur = limits.rlim_max;
+    if (setrlimit(kind, &limits) != 0) giveUp();
+}
+
+void setLimits() {
+    limit(RLIMIT_CORE, 0);
+    limit(RLIMIT_CPU, timeLimit);
+    limit(RLIMIT_NOFILE, 0);
+    limit(RLIMIT_FSIZE, 0);
+    if (!isSanitized) limit(RLIMIT_AS, memoryLimit);
+}
+
+void allowThreads(AllowList& list) {
+    for (const int call : threadCalls) list.allow(call);
+    list.allow(SCMP_SYS(prctl), SCMP_A0(SCMP_CMP_EQ, PR_SET_NAME));
+    // The flags of clone3 are out of a filter's sight; the C library falls back on clone.
+    list.refuse(SCMP_SYS(clone3), ENOSYS);
+    list.allow(SCMP_SYS(clone), SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD));
+}
+
+void filterCalls() {
+    AllowList list;
+    for (const int call : decodingCalls) list.allow(call);
+    if (isSanitized) list.allow(SCMP_SYS(sigaltstack));
+    list.allow(SCMP_SYS(mmap), SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0));
+    list.allow(SCMP_SYS(mprotect), SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0));
+    allowThreads(list);
+    if (!list.load()) giveUp();
+}
+
+}  // namespace
+
+void enterSandbox() {
+    tzset();  // lcms2 dates the profiles that it makes: read the time zone while files can be opened
+    setLimits();
+    prctl(PR_SET_PDEATHSIG, SIGKILL);  // nobody waits for a decoder that hangs once its parent is gone
+    if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) giveUp();
+    const bool kernelFilters = prctl(PR_GET_SECCOMP, 0, 0, 0, 0) >= 0;
+    if (kernelFilters) filterCalls();
+}
+
+}  // namespace quorvantis::decoder

@@ -1,0 +1,170 @@
+#include "json/JSONDocument.h"
+
+#include <algorithm>
+#include <array>
+#include <boost/config.hpp>
+#include <cstring>
+#include <functional>
+#include <limits>
+#include <unordered_set>
+
+// Boost.JSON is compiled here, in a namespace of our own: a program that links this library may have a
+// Boost.JSON itself, of another version. boost/config.hpp, above, makes names of headers from the word, and
+// defines types alone.
+namespace quorvantis_boost {
+using namespace boost;
+}
+#define boost quorvantis_boost
+#include <boost/json/basic_parser_impl.hpp>
+#include <boost/json/src.hpp>
+#undef boost
+
+namespace quorvantis {
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t mostNodesReserved = 1024;
+constexpr std::size_t fewMembers = 16;
+
+using Kind = JSONNode::Kind;
+
+bool hasRepeatedKey(JSON object) {
+    const auto members = object.members();
+    for (auto member = members.begin(); member != members.end(); ++member)
+        for (auto earlier = members.begin(); earlier != member; ++earlier)
+            if ((*earlier).key == (*member).key) return true;
+    return false;
+}
+
+}  // namespace
+
+/// Receives the parser's events and lists the nodes.
+class JSONBuilder {
+  public:
+    static constexpr std::size_t max_object_size = std::numeric_limits<std::size_t>::max();
+    static constexpr std::size_t max_array_size = max_object_size;
+    static constexpr std::size_t max_key_size = max_object_size;
+    static constexpr std::size_t max_string_size = max_object_size;
+
+    using Error = quorvantis_boost::system::error_code;
+    using Text = quorvantis_boost::json::string_view;
+
+    JSONBuilder(JSONDocument& document, std::string_view text)
+        : nodes_(document.nodes_), unescaped_(document.unescaped_), text_(text) {
+        nodes_.reserve(std::min(text.size() / 4 + 1, mostNodesReserved));
+    }
+
+    bool on_document_begin(Error&) { return true; }
+    bool on_document_end(Error&) { return true; }
+    bool on_comment_part(Text, Error&) { return true; }
+    bool on_comment(Text, Error&) { return true; }
+
+    bool on_null(Error&) { return add({}); }
+    bool on_bool(bool value, Error&) { return add({.size = value ? 1u : 0u, .kind = Kind::boolean}); }
+
+    bool on_number_part(Text part, Error&) { return addPart(part); }
+    bool on_int64(std::int64_t, Text last, Error&) { return addText(last, Kind::number); }
+    bool on_uint64(std::uint64_t, Text last, Error&) { return addText(last, Kind::number); }
+    bool on_double(double, Text last, Error&) { return addText(last, Kind::number); }
+
+    bool on_string_part(Text part, std::size_t, Error&) { return addPart(part); }
+    bool on_string(Text last, std::size_t, Error&) { return addText(last, Kind::string); }
+    bool on_key_part(Text part, std::size_t, Error&) { return addPart(part); }
+    bool on_key(Text last, std::size_t, Error&) { return addText(last, Kind::string); }
+
+    bool on_array_begin(Error&) { return open(Kind::array); }
+    bool on_array_end(std::size_t, Error&) {
+        close();
+        return true;
+    }
+    bool on_object_begin(Error&) { return open(Kind::object); }
+    bool on_object_end(std::size_t members, Error&) {
+        keepFirstOfEachKey(close(), members);
+        return true;
+    }
+
+  private:
+    bool add(const JSONNode& node) {
+        nodes_.push_back(node);
+        return true;
+    }
+
+    bool open(Kind kind) {
+        opened_[depth_++] = nodes_.size();
+        return add({.kind = kind});
+    }
+
+    /// Ends the container that was opened last and answers its place.
+    std::size_t close() {
+        const std::size_t place = opened_[--depth_];
+        nodes_[place].size = nodes_.size() - place;
+        return place;
+    }
+
+    /// A text with escapes comes in parts, which are put together here.
+    bool addPart(Text part) {
+        // Never longer than the text read, so that the memory never moves; pages left untouched cost nothing.
+        if (!unescaped_) unescaped_ = std::make_unique_for_overwrite<char[]>(text_.size());
+        std::memcpy(unescaped_.get() + partsEnd_, part.data(), part.size());
+        partsEnd_ += part.size();
+        return true;
+    }
+
+    bool addText(Text last, Kind kind) {
+        const bool isWhole = partsStart_ == partsEnd_ && isInText(last.data());
+        if (isWhole) return add({last.data(), last.size(), kind});
+        addPart(last);
+        const std::size_t start = std::exchange(partsStart_, partsEnd_);
+        return add({unescaped_.get() + start, partsEnd_ - start, kind});
+    }
+
+    // The parser hands over a text with escapes in a buffer of its own.
+    bool isInText(const char* place) const {
+        const std::less_equal<const char*> notAfter;
+        return notAfter(text_.data(), place) && notAfter(place, text_.data() + text_.size());
+    }
+
+    void keepFirstOfEachKey(std::size_t place, std::size_t members) {
+        // Comparing each with each is the faster way for a few keys, and ruinous for a hostile million.
+        if (members <= fewMembers && !hasRepeatedKey(JSON(&nodes_[place]))) return;
+        std::unordered_set<std::string_view> seen;
+        std::size_t kept = place + 1;
+        for (std::size_t key = place + 1; key < nodes_.size();) {
+            const std::size_t next = static_cast<std::size_t>(nodes_[key + 1].next() - nodes_.data());
+            if (seen.insert(nodes_[key].view()).second)
+                while (key < next) nodes_[kept++] = nodes_[key++];
+            key = next;
+        }
+        nodes_.resize(kept);
+        nodes_[place].size = kept - place;
+    }
+
+    std::vector<JSONNode>& nodes_;
+    std::unique_ptr<char[]>& unescaped_;
+    std::string_view text_;
+    std::size_t partsStart_ = 0, partsEnd_ = 0;  // of the text under way, in `unescaped_`
+    std::array<std::size_t, maximumJSONDepth> opened_;
+    std::size_t depth_ = 0;
+};
+
+std::optional<JSONDocument> JSONDocument::parse(std::string_view text) {
+    if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
+    quorvantis_boost::json::parse_options options;
+    options.max_depth = maximumJSONDepth;
+    JSONDocument document;
+    quorvantis_boost::json::basic_parser<JSONBuilder> parser(options, document, text);
+    quorvantis_boost::system::error_code error;
+    const std::size_t read = parser.write_some(false, text.data(), text.size(), error);
+    if (error || read != text.size()) return std::nullopt;
+    return document;
+}
+
+std::optional<JSONDocument> JSONDocument::parseOwned(std::string text) {
+    auto kept = std::make_unique<const std::string>(std::move(text));
+    auto document = parse(*kept);
+    if (document) document->text_ = std::move(kept);
+    return document;
+}
+
+}  // namespace quorvantis

@@ -1,0 +1,82 @@
+#include "json/NumberText.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+namespace quorvantis {
+
+namespace {
+
+constexpr std::int64_t mostDigits = 19;  // of a 64-bit integer
+
+std::int64_t exponentOf(std::string_view text) {
+    if (text.starts_with('+')) text.remove_prefix(1);
+    std::int64_t exponent = 0;
+    std::from_chars(text.data(), text.data() + text.size(), exponent);
+    return exponent;
+}
+
+/// digits * 10^exponent, without leading or trailing zeros.
+struct Decimal {
+    bool negative = false;
+    std::string digits;
+    std::int64_t exponent = 0;
+};
+
+Decimal decimalOf(std::string_view text) {
+    Decimal decimal;
+    if (text.starts_with('-')) {
+        decimal.negative = true;
+        text.remove_prefix(1);
+    }
+    if (const auto e = text.find_first_of("eE"); e != text.npos) {
+        decimal.exponent = exponentOf(text.substr(e + 1));
+        text = text.substr(0, e);
+    }
+    const auto point = text.find('.');
+    decimal.digits = text.substr(0, point);
+    if (point != text.npos) {
+        decimal.digits += text.substr(point + 1);
+        decimal.exponent -= static_cast<std::int64_t>(text.size() - point - 1);
+    }
+    const auto kept = decimal.digits.find_last_not_of('0') + 1;
+    decimal.exponent += static_cast<std::int64_t>(decimal.digits.size() - kept);
+    decimal.digits.resize(kept);
+    decimal.digits.erase(0, decimal.digits.find_first_not_of('0'));
+    return decimal;
+}
+
+}  // namespace
+
+std::optional<std::int64_t> integerFromNumberText(std::string_view text) {
+    std::int64_t value = 0;
+    if (text.find_first_of(".eE") == text.npos) {
+        const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+        return result.ec == std::errc() ? std::optional(value) : std::nullopt;
+    }
+    const Decimal decimal = decimalOf(text);
+    if (decimal.digits.empty()) return 0;
+    if (decimal.exponent < 0) return std::nullopt;
+    if (static_cast<std::int64_t>(decimal.digits.size()) + decimal.exponent > mostDigits) return std::nullopt;
+    return integerFromNumberText((decimal.negative ? "-" : "") + decimal.digits +
+                                 std::string(static_cast<std::size_t>(decimal.exponent), '0'));
+}
+
+std::optional<double> doubleFromNumberText(std::string_view text) {
+    const double value = std::strtod(std::string(text).c_str(), nullptr);
+    return std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
+std::string shortestNumberText(double value) {
+    std::array<char, 32> text;
+    for (int digits = 15; digits <= 17; ++digits) {
+        std::snprintf(text.data(), text.size(), "%.*g", digits, value);
+        if (std::strtod(text.data(), nullptr) == value) break;
+    }
+    return text.data();
+}
+
+}  // namespace quorvantis
