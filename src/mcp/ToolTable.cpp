@@ -7,6 +7,81 @@ namespace quorvantis::QuorvantisMCP {
 
 namespace {
 
+constexpr Argument workspaceRoot = {
+    .name = "workspace_root",
+    .type = "string",
+    .description = "Absolute path of your workspace folder, which receives the files.",
+    .isRequired = true};
+constexpr Argument sessionID = {.name = "session_id",
+                                .type = "string",
+                                .description = "Identifier of your client's session, if you know it."};
+constexpr Argument turnID = {
+    .name = "turn_id", .type = "string", .description = "Identifier of the current turn, if you know it."};
+constexpr Argument assetID = {.name = "asset_id",
+                              .type = "string",
+                              .description = "Asset identifier, 64 hexadecimal digits.",
+                              .isRequired = true};
+
+constexpr std::array referencesArguments = {
+    Argument{.name = "references",
+             .type = "array",
+             .description = "The references exactly as they stand in the user's prompt",
+             .isRequired = true,
+             .minimum = 1,
+             .maximum = maximumReferences,
+             .elementType = "string"},
+    workspaceRoot, sessionID, turnID};
+
+constexpr std::array attachmentProperties = {
+    Argument{.name = "file_path",
+             .type = "string",
+             .description = "Path of the image as a local file; enough by itself."},
+    Argument{.name = "asset_id", .type = "string", .description = "Asset identifier, 64 hexadecimal digits."},
+    Argument{.name = "sha256",
+             .type = "string",
+             .description = "SHA-256 of the image file, 64 hexadecimal digits."},
+    Argument{.name = "pixel_hash",
+             .type = "string",
+             .description = "Hash of the decoded pixels, 64 hexadecimal digits."},
+    Argument{
+        .name = "pixel_width", .type = "integer", .description = "Width in pixels as the file declares it."},
+    Argument{.name = "pixel_height",
+             .type = "integer",
+             .description = "Height in pixels as the file declares it."}};
+
+constexpr std::array attachmentsArguments = {
+    Argument{.name = "attachments",
+             .type = "array",
+             .description = "The attached images, each with one identity.",
+             .isRequired = true,
+             .minimum = 1,
+             .elementType = "object",
+             .elementProperties = attachmentProperties},
+    workspaceRoot, sessionID, turnID};
+
+constexpr std::array materializeArguments = {assetID, workspaceRoot};
+
+constexpr std::array metadataArguments = {assetID};
+
+constexpr std::array searchArguments = {
+    Argument{.name = "query",
+             .type = "string",
+             .description = "Words to look for, as they would stand in what was copied. Must not be blank.",
+             .isRequired = true,
+             .minimum = 1},
+    Argument{.name = "limit",
+             .type = "integer",
+             .description = "The most items to return",
+             .minimum = minimumLimit,
+             .maximum = maximumLimit,
+             .defaultValue = defaultLimit}};
+
+constexpr std::array itemArguments = {
+    Argument{.name = "entry_id",
+             .type = "string",
+             .description = "The entry's identifier, exactly as search_clipboard_history returned it.",
+             .isRequired = true}};
+
 constexpr std::array<Tool, 8> table = {{
     {
         .name = "resolve_image_references",
@@ -18,15 +93,7 @@ constexpr std::array<Tool, 8> table = {{
             "\"asset_id\", \"uti\", \"byte_count\", and where known \"width\" and \"height\". For images attached in "
             "another way use resolve_current_prompt_images. Never make references up. If Quorvantis refuses, tell "
             "the user what it says.",
-        .inputSchema =
-            R"({"type":"object","properties":{)"
-            R"("references":{"type":"array","items":{"type":"string"},"minItems":1,"maxItems":50,"description":)"
-            R"("The references exactly as they stand in the user's prompt, 1 to 50."},)"
-            R"("workspace_root":{"type":"string","description":)"
-            R"("Absolute path of your workspace folder, which receives the files."},)"
-            R"("session_id":{"type":"string","description":"Identifier of your client's session, if you know it."},)"
-            R"("turn_id":{"type":"string","description":"Identifier of the current turn, if you know it."})"
-            R"(},"required":["references","workspace_root"]})",
+        .arguments = referencesArguments,
         .readOnly = false,
         .onlyAgent = {},
         .handler = resolveReferences,
@@ -41,22 +108,7 @@ constexpr std::array<Tool, 8> table = {{
             "\"pixel_width\" and \"pixel_height\" where you have all three. Returns \"matched\", \"confidence\" and "
             "\"images\", each with its \"workspace_path\". A chat preview that was scaled down matches nothing: ask the "
             "user for the image's reference from Quorvantis instead of trying again.",
-        .inputSchema =
-            R"({"type":"object","properties":{)"
-            R"("attachments":{"type":"array","minItems":1,"description":)"
-            R"("The attached images, each with one identity.","items":{"type":"object","properties":{)"
-            R"("file_path":{"type":"string","description":"Path of the image as a local file; enough by itself."},)"
-            R"("asset_id":{"type":"string","description":"Asset identifier, 64 hexadecimal digits."},)"
-            R"("sha256":{"type":"string","description":"SHA-256 of the image file, 64 hexadecimal digits."},)"
-            R"("pixel_hash":{"type":"string","description":"Hash of the decoded pixels, 64 hexadecimal digits."},)"
-            R"("pixel_width":{"type":"integer","description":"Width in pixels as the file declares it."},)"
-            R"("pixel_height":{"type":"integer","description":"Height in pixels as the file declares it."})"
-            R"(},"required":[]}},)"
-            R"("workspace_root":{"type":"string","description":)"
-            R"("Absolute path of your workspace folder, which receives the files."},)"
-            R"("session_id":{"type":"string","description":"Identifier of your client's session, if you know it."},)"
-            R"("turn_id":{"type":"string","description":"Identifier of the current turn, if you know it."})"
-            R"(},"required":["attachments","workspace_root"]})",
+        .arguments = attachmentsArguments,
         .readOnly = false,
         .onlyAgent = {},
         .handler = resolve,
@@ -70,12 +122,7 @@ constexpr std::array<Tool, 8> table = {{
             "Returns \"workspace_path\", which you then read as a file, \"relative_path\", \"bit_exact\", and "
             "\"conversion\", always null. If the asset is unavailable, it is not part of the current prompt: ask the "
             "user to share the image again.",
-        .inputSchema =
-            R"({"type":"object","properties":{)"
-            R"("asset_id":{"type":"string","description":"Asset identifier, 64 hexadecimal digits."},)"
-            R"("workspace_root":{"type":"string","description":)"
-            R"("Absolute path of your workspace folder, which receives the file."})"
-            R"(},"required":["asset_id","workspace_root"]})",
+        .arguments = materializeArguments,
         .readOnly = false,
         .onlyAgent = {},
         .handler = materialize,
@@ -87,10 +134,7 @@ constexpr std::array<Tool, 8> table = {{
             "\"entry_id\", \"uti\" (its type), \"byte_count\", \"bit_exact\", and where known \"width\", \"height\" and "
             "\"pixel_hash\". Choose it to decide whether you need the image; to look at it use materialize_asset. If the "
             "asset is unavailable, it is not part of the current prompt: ask the user to share the image again.",
-        .inputSchema =
-            R"({"type":"object","properties":{)"
-            R"("asset_id":{"type":"string","description":"Asset identifier, 64 hexadecimal digits."})"
-            R"(},"required":["asset_id"]})",
+        .arguments = metadataArguments,
         .readOnly = true,
         .onlyAgent = {},
         .handler = metadata,
@@ -104,7 +148,7 @@ constexpr std::array<Tool, 8> table = {{
             "Quorvantis tool failed and you want to tell the user why, not before every call: the other tools say "
             "by themselves what went wrong. If it fails, Quorvantis is not running or does not accept this "
             "connection: ask the user to open Quorvantis; trying again at once does not help.",
-        .inputSchema = R"({"type":"object","properties":{},"required":[]})",
+        .arguments = {},
         .readOnly = true,
         .onlyAgent = {},
         .handler = getIntegrationStatus,
@@ -119,12 +163,7 @@ constexpr std::array<Tool, 8> table = {{
             "fill your context: ask for a small limit first, and use get_clipboard_item when you already have an "
             "entry_id. If nothing matches, try fewer or other words. If Quorvantis refuses, the user has not given "
             "you access to the whole history: say so and go on without it; do not try again.",
-        .inputSchema = R"({"type":"object","properties":{)"
-                       R"("query":{"type":"string","minLength":1,"description":)"
-                       R"("Words to look for, as they would stand in what was copied. Must not be blank."},)"
-                       R"("limit":{"type":"integer","minimum":1,"maximum":100,"default":20,"description":)"
-                       R"("The most items to return, 1 to 100; 20 when left out."})"
-                       R"(},"required":["query"]})",
+        .arguments = searchArguments,
         .readOnly = true,
         .onlyAgent = {},
         .handler = searchHistory,
@@ -138,10 +177,7 @@ constexpr std::array<Tool, 8> table = {{
             "need that one entry; to find entries by their content use search_clipboard_history. A long text fills "
             "your context. If the entry is unavailable, the user has removed it or the identifier is wrong: search "
             "again instead of guessing.",
-        .inputSchema = R"({"type":"object","properties":{)"
-                       R"("entry_id":{"type":"string","description":)"
-                       R"("The entry's identifier, exactly as search_clipboard_history returned it."})"
-                       R"(},"required":["entry_id"]})",
+        .arguments = itemArguments,
         .readOnly = true,
         .onlyAgent = {},
         .handler = getHistoryItem,
@@ -154,7 +190,7 @@ constexpr std::array<Tool, 8> table = {{
             "and the prompt holds no quorvantis://image/ reference. Returns \"matched\", \"images\", each with its "
             "\"workspace_path\", and \"next_step\", which says what to do now: follow it. When nothing matched, calling "
             "again does not help.",
-        .inputSchema = R"({"type":"object","properties":{},"required":[]})",
+        .arguments = {},
         .readOnly = true,
         .onlyAgent = "cursor",
         .handler = currentPromptAssets,

@@ -10,14 +10,6 @@ namespace quorvantis::QuorvantisMCP {
 
 namespace {
 
-void writeDefinition(const Tool& tool, JSONWriter& writer) {
-    writer.object("name", tool.name, "description", tool.description,      //
-                  "inputSchema", JSONText{std::string(tool.inputSchema)},  //
-                  "annotations",
-                  jsonObject("readOnlyHint", tool.readOnly, "destructiveHint", false,  //
-                             "openWorldHint", false));
-}
-
 auto content(std::string_view text) {
     return [text](JSONWriter& writer) {
         writer.beginArray();
@@ -38,15 +30,6 @@ JSONText run(std::string_view name, JSON arguments, const BrokerIdentity& identi
 }
 
 }  // namespace
-
-JSONText toolDefinitions(const BrokerIdentity& identity) {
-    JSONWriter definitions(Slashes::bare);
-    definitions.beginArray();
-    for (const Tool& tool : tools())
-        if (tool.onlyAgent.empty() || tool.onlyAgent == identity.agent) writeDefinition(tool, definitions);
-    definitions.endArray();
-    return {definitions.take()};
-}
 
 bool callTool(JSON id, std::string_view name, JSON arguments, const BrokerIdentity& identity) {
     try {
