@@ -28,6 +28,7 @@ add_executable(quorvantis-tests
   tests/state/HistoryRecordsTest.cpp
   tests/state/MCPClientSessionTest.cpp
   tests/state/PromptHookObservationTest.cpp
+  tests/support/HelperFailureTest.cpp
   tests/support/HelperIOTest.cpp
   tests/json/JSONDocumentTest.cpp
   tests/json/JSONFilesTest.cpp

@@ -2,7 +2,6 @@
 
 #include "harness/Installation.h"
 #include "harness/Words.h"
-#include "support/HelperFailure.h"
 
 namespace quorvantis {
 
@@ -44,13 +43,6 @@ TEST(StartUpTest, ReadsTheCommandLine) {
     };
     const Installation installation;
     for (const auto& [message, line] : cases) expectStart(installation, line, message);
-}
-
-TEST(HelperFailureTest, DescribesItself) {
-    EXPECT_STREQ(HelperFailure::invalidArguments("").what(), "Invalid arguments: ");
-    EXPECT_STREQ(HelperFailure::configuration(" x").what(), "Agent configuration failed:  x");
-    EXPECT_STREQ(HelperFailure::denied().what(), "The Quorvantis pairing request was denied.");
-    EXPECT_STREQ(HelperFailure::timedOut().what(), "The Quorvantis pairing request timed out.");
 }
 
 }  // namespace quorvantis
