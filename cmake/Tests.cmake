@@ -95,7 +95,7 @@ endif()
 
 if(NOT APPLE)
   add_executable(quorvantis-frameworks-tests
-    src/imaging/macos/DecodedPixelHash.cpp
+    src/imaging/macos/DecodingBatch.cpp
     src/platform/macos/ClientSessionNotification.cpp
     src/platform/macos/FileSystem.cpp
     src/platform/macos/Process.cpp

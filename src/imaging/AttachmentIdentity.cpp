@@ -3,7 +3,7 @@
 #include <memory>
 #include <thread>
 
-#include "imaging/DecodedPixelHash.h"
+#include "imaging/DecodingBatch.h"
 #include "platform/SHA256.h"
 #include "support/Files.h"
 #include "support/Hexadecimal.h"
@@ -22,7 +22,7 @@ void awaitTickAfter(const ReadableFile::State& state) {
     if (age >= age.zero() && age < tick) std::this_thread::sleep_for(tick - age);
 }
 
-/// A file whose bytes are being hashed and whose picture is being decoded, at the same time.
+/// A file whose bytes are hashed while its picture is being decoded.
 class ExaminedFile {
   public:
     explicit ExaminedFile(const std::string& path) : file_(path), state_(file_->state()) {
@@ -46,32 +46,32 @@ class ExaminedFile {
         finishPart();
     }
 
-    /// Once both are done.
+    /// Call it after `hash` and `setPixels`.
     AttachmentIdentity identity() const {
         if (!pixels_ || !unchanged_) return {.sha256 = sha256_};
         return {sha256_, pixels_->hash, pixels_->width, pixels_->height};
     }
 
   private:
-    /// A file that was written to in the meantime gets no pixel fields: they could be another picture's than
-    /// the hash of its bytes.
+    /// If the file changed meanwhile, the pixels are dropped: they may not belong to the bytes that were
+    /// hashed.
     void finishPart() {
         if (--partsLeft_ > 0) return;
         unchanged_ = unchanged_ && file_->state() == state_;
         file_.reset();
     }
 
-    std::optional<ReadableFile> file_;  // open as long as it is being examined
-    ReadableFile::State state_;         // before
+    std::optional<ReadableFile> file_;  // open until both parts are finished
+    ReadableFile::State state_;         // when it was opened
     int partsLeft_ = 2;
     std::string sha256_;
     std::optional<DecodedPixels> pixels_;
     bool unchanged_ = false;
 };
 
-std::shared_ptr<const ExaminedFile> examine(const std::string& path, DecodedPixelHash& decoding) {
+std::shared_ptr<const ExaminedFile> examine(const std::string& path, DecodingBatch& batch) {
     const auto file = std::make_shared<ExaminedFile>(path);
-    decoding.start(file->descriptor(), [file](const auto& pixels) { file->setPixels(pixels); });
+    batch.start(file->descriptor(), [file](const auto& pixels) { file->setPixels(pixels); });
     file->hash();
     return file;
 }
@@ -79,24 +79,24 @@ std::shared_ptr<const ExaminedFile> examine(const std::string& path, DecodedPixe
 }  // namespace
 
 AttachmentIdentity attachmentIdentity(const std::string& path) {
-    DecodedPixelHash decoding(decodingPatience);
-    const auto file = examine(path, decoding);
-    decoding.finish();
+    DecodingBatch batch(decodingTimeout);
+    const auto file = examine(path, batch);
+    batch.finish();
     return file->identity();
 }
 
 std::vector<std::optional<AttachmentIdentity>> attachmentIdentities(std::span<const std::string> paths,
-                                                                    std::chrono::milliseconds patience) {
-    DecodedPixelHash decoding(patience);
+                                                                    std::chrono::milliseconds timeout) {
+    DecodingBatch batch(timeout);
     std::vector<std::shared_ptr<const ExaminedFile>> files;
     for (const auto& path : paths) {
         try {
-            files.push_back(examine(path, decoding));
+            files.push_back(examine(path, batch));
         } catch (const FileError&) {
-            files.push_back(nullptr);  // who asked decides what that means
+            files.push_back(nullptr);  // the caller decides what an unreadable file means
         }
     }
-    decoding.finish();
+    batch.finish();
     std::vector<std::optional<AttachmentIdentity>> identities;
     for (const auto& file : files)
         identities.push_back(file ? std::optional(file->identity()) : std::nullopt);

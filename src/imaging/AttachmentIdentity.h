@@ -12,13 +12,13 @@
 
 namespace quorvantis {
 
-/// What identifies an image file: its bytes, and where it could be decoded its pixels. The three optional
-/// fields are there together or not at all.
+/// Identifies an image file by its bytes and, if it can be decoded, by its pixels. The three optional fields
+/// are either all set or all empty.
 struct AttachmentIdentity {
     std::string sha256;                       // of the file's bytes, 64 lower-case hexadecimal digits
-    std::optional<std::string> pixelHash;     // of the upright picture (PixelHasher), in the same form
-    std::optional<std::int64_t> pixelWidth;   // as the file declares it, before any orientation
-    std::optional<std::int64_t> pixelHeight;  // the same
+    std::optional<std::string> pixelHash;     // of the upright picture (see PixelHasher), in the same form
+    std::optional<std::int64_t> pixelWidth;   // as the file declares it, before any orientation is applied
+    std::optional<std::int64_t> pixelHeight;  // likewise
 
     static constexpr auto fields() {
         using M = AttachmentIdentity;
@@ -29,17 +29,18 @@ struct AttachmentIdentity {
 
 namespace HelperIO {
 
-/// How long the decoding of one call's pictures may take in all.
-inline constexpr std::chrono::milliseconds decodingPatience = std::chrono::seconds(60);
+/// The default timeout for decoding all pictures of one call.
+inline constexpr std::chrono::milliseconds decodingTimeout = std::chrono::seconds(60);
 
-/// Identifies the file at the path. Throws FileError when it cannot be read; whatever else fails costs the
-/// pixel fields only.
+/// Identifies the file at the path. Throws FileError if it cannot be read. After any other failure only the
+/// pixel fields are empty.
 AttachmentIdentity attachmentIdentity(const std::string& path);
 
-/// Identifies several files, decoding them side by side. The answers stand in the order of the paths; a file
-/// that cannot be read has none. A picture that is not decoded within `patience` has no pixel fields.
+/// Identifies several files, decoding them in one DecodingBatch. Returns one element per path, in their
+/// order; empty for a file that cannot be read. A picture that is not decoded within `timeout` has no pixel
+/// fields.
 std::vector<std::optional<AttachmentIdentity>> attachmentIdentities(
-    std::span<const std::string> paths, std::chrono::milliseconds patience = decodingPatience);
+    std::span<const std::string> paths, std::chrono::milliseconds timeout = decodingTimeout);
 
 }  // namespace HelperIO
 

@@ -9,7 +9,7 @@ namespace quorvantis {
 
 namespace {
 
-std::optional<std::int64_t> takeNumber(std::string_view& text) {
+std::optional<std::int64_t> consumeNumber(std::string_view& text) {
     std::int64_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     const auto length = static_cast<std::size_t>(end - text.data());
@@ -26,11 +26,11 @@ std::string DecodedPixels::record() const {
 
 std::optional<DecodedPixels> DecodedPixels::parse(std::string_view record) {
     std::string_view rest = record;
-    const auto width = takeNumber(rest);
-    const auto height = takeNumber(rest);
+    const auto width = consumeNumber(rest);
+    const auto height = consumeNumber(rest);
     if (!width || !height || !isWithinPixelBudget(*width, *height) || rest.empty()) return std::nullopt;
     DecodedPixels pixels = {*width, *height, std::string(rest.substr(0, rest.size() - 1))};
-    // Compared with what the writer makes of it: leading zeros and a missing line feed are other forms.
+    // Writing it again finds leading zeros and a missing line feed.
     if (!isLowerCaseHexadecimal(pixels.hash, 64) || pixels.record() != record) return std::nullopt;
     return pixels;
 }

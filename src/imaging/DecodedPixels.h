@@ -8,19 +8,19 @@
 
 namespace quorvantis {
 
-/// What decoding a picture tells of it.
+/// The result of decoding a picture.
 struct DecodedPixels {
-    std::int64_t width = 0;   // as the file declares it, before any orientation
-    std::int64_t height = 0;  // the same
-    std::string hash;         // as PixelHasher answers it, of the upright picture
+    std::int64_t width = 0;   // in pixels, as the file declares it, before any orientation is applied
+    std::int64_t height = 0;  // likewise
+    std::string hash;         // PixelHasher's result for the upright picture
 
-    /// The record that a decoder process writes: "<width> <height> <hash>" and a line feed.
+    /// The line by which a decoder process reports the result: "<width> <height> <hash>" and a line feed.
     std::string record() const;
-    /// Reads such a record; nothing when it has any other form, or a size beyond the pixel budget.
+    /// Parses such a record; empty if it is malformed or the size is not within the pixel budget.
     static std::optional<DecodedPixels> parse(std::string_view record);
-};
 
-/// No record is longer, in bytes: two numbers of 8 digits, 64 of hash, three separators.
-inline constexpr std::size_t longestDecodedPixelsRecord = 83;
+    /// In bytes: two numbers of up to 8 digits, 64 digits of hash and three separators.
+    static constexpr std::size_t maximumRecordSize = 83;
+};
 
 }  // namespace quorvantis

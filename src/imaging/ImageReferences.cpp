@@ -12,9 +12,9 @@ namespace {
 
 constexpr std::size_t hashDigits = 64;
 
-// What the platform's regular expressions let stand between the end of a pattern and the end of the text.
-constexpr std::array<std::string_view, 9> lineEnds = {"",     "\n",     "\v",     "\f",    "\r",
-                                                      "\r\n", "\u0085", "\u2028", "\u2029"};
+// What "$" of the platform's regular expressions (ICU) allows before the end of the text.
+constexpr std::array<std::string_view, 9> lineTerminators = {"",     "\n",     "\v",     "\f",    "\r",
+                                                             "\r\n", "\u0085", "\u2028", "\u2029"};
 
 bool isHexDigit(char c) {
     return hexadecimalValue(c).has_value();
@@ -28,7 +28,7 @@ bool startsWithHash(std::string_view text) {
     return text.size() >= hashDigits && std::all_of(text.begin(), text.begin() + hashDigits, isHexDigit);
 }
 
-/// Whether the text from `start` on, which begins with the prefix, begins with a whole reference.
+/// Whether the prefix at `start` begins a reference.
 bool isReferenceAt(std::string_view prompt, std::size_t start) {
     const std::string_view digits = prompt.substr(start + prefix.size());
     if (!startsWithHash(digits)) return false;
@@ -42,7 +42,8 @@ std::optional<std::string> assetHash(std::string_view reference) {
     const std::string_view rest = reference.substr(prefix.size());
     if (!startsWithHash(rest)) return std::nullopt;
     const std::string_view end = rest.substr(hashDigits);
-    if (std::find(lineEnds.begin(), lineEnds.end(), end) == lineEnds.end()) return std::nullopt;
+    if (std::find(lineTerminators.begin(), lineTerminators.end(), end) == lineTerminators.end())
+        return std::nullopt;
     return lowerCased(rest);
 }
 

@@ -10,29 +10,30 @@
 
 namespace quorvantis {
 
-/// The most pixels that a picture may have, as its file declares it and as it is hashed.
+/// The maximum number of pixels of a picture, both as its file declares it and as it is hashed.
 inline constexpr std::int64_t pixelBudget = 60'000'000;
 
 /// Whether both sides are positive and their product is at most `pixelBudget`.
 bool isWithinPixelBudget(std::int64_t width, std::int64_t height);
 
-/// Computes the pixel hash of an upright picture: SHA-256 of the text "<width>x<height>:rgba8-srgb:" and of
-/// its rows, top row first, four bytes a pixel: red, green, blue, premultiplied by alpha, and alpha, in sRGB.
+/// Computes the pixel hash of an upright picture: the SHA-256 of the text "<width>x<height>:rgba8-srgb:"
+/// followed by the rows, top row first. A pixel is four bytes in sRGB: red, green and blue, premultiplied by
+/// alpha, then alpha.
 class PixelHasher {
   public:
-    /// The picture's size in pixels, within the budget.
+    /// The size is that of the upright picture in pixels and must be within the budget.
     PixelHasher(std::int64_t width, std::int64_t height);
 
-    /// Feeds the next rows, or parts of rows.
+    /// Hashes the next pixels; a call may end within a row.
     void update(std::span<const std::byte> pixels);
 
-    /// The hash as 64 lower-case hexadecimal digits; nothing when not exactly the picture's bytes were fed.
-    /// Call it once, last.
+    /// Returns the hash as 64 lower-case hexadecimal digits; empty unless exactly the picture's number of
+    /// bytes was hashed. Call it once, last.
     std::optional<std::string> finish();
 
   private:
     platform::SHA256 hash_;
-    std::uint64_t missing_;  // bytes yet to be fed; wraps round when too many were
+    std::uint64_t missing_;  // number of bytes still to come; wraps around if there were too many
 };
 
 }  // namespace quorvantis

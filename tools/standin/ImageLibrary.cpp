@@ -82,7 +82,7 @@ Asset assetOf(const std::string& path, const AttachmentIdentity& identity) {
 ImageLibrary::ImageLibrary(const std::string& folder) {
     const auto paths = filesIn(folder);
     const auto identities =
-        HelperIO::attachmentIdentities(paths, HelperIO::decodingPatience * (paths.size() + 1));
+        HelperIO::attachmentIdentities(paths, HelperIO::decodingTimeout * (paths.size() + 1));
     for (std::size_t i = 0; i < paths.size(); ++i)
         if (identities[i]) assets_.push_back(assetOf(paths[i], *identities[i]));
 }

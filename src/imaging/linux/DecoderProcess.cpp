@@ -49,7 +49,7 @@ std::optional<DecoderProcess> DecoderProcess::start(const Descriptor& file) {
         auto process = decoder(file, pipe.writing).start();
         return DecoderProcess(std::move(process), std::move(pipe.reading));
     } catch (const std::system_error&) {
-        return std::nullopt;  // no decoder: a picture that cannot be decoded
+        return std::nullopt;  // without a decoder the picture counts as undecodable
     }
 }
 
@@ -58,7 +58,7 @@ bool DecoderProcess::readSome() {
     const ssize_t count = read(output_.get(), buffer.data(), buffer.size());
     if (count < 0) return errno == EINTR;
     record_.append(buffer.data(), static_cast<std::size_t>(count));
-    return count > 0 && record_.size() <= longestDecodedPixelsRecord;
+    return count > 0 && record_.size() <= DecodedPixels::maximumRecordSize;
 }
 
 }  // namespace quorvantis

@@ -9,23 +9,22 @@
 
 namespace quorvantis {
 
-/// A running quorvantis-image-decoder: a process of its own, because pictures come from anywhere and codecs
-/// have faults. It is killed and reaped when this goes.
+/// A running quorvantis-image-decoder. Decoding has its own process because pictures are untrusted and codecs
+/// have bugs. The destructor kills and reaps it.
 class DecoderProcess {
   public:
-    /// Starts one that reads the picture from the open file; nothing when the system or the installation has
-    /// none.
+    /// Starts a decoder for the picture in the open file; empty if it cannot be started.
     static std::optional<DecoderProcess> start(const platform::Descriptor& file);
 
     DecoderProcess(DecoderProcess&&) noexcept = default;
     DecoderProcess& operator=(DecoderProcess&&) = delete;
-    ~DecoderProcess() { process_.kill(); }  // it has nothing more to say
+    ~DecoderProcess() { process_.kill(); }  // `process_` then reaps it
 
-    /// Its output, to poll for reading.
+    /// The descriptor of its output, to be polled for reading.
     int output() const { return output_.get(); }
-    /// Reads what has arrived. False at the end of the output, or when it is more than a record can be.
+    /// Reads output that has arrived. Returns false at its end, and when it exceeds the maximum record size.
     bool readSome();
-    /// What the record read so far tells; nothing when it is not a whole one.
+    /// The result; empty unless the output read so far is one whole record.
     std::optional<DecodedPixels> result() const { return DecodedPixels::parse(record_); }
 
   private:

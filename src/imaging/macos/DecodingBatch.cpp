@@ -1,4 +1,4 @@
-#include "imaging/DecodedPixelHash.h"
+#include "imaging/DecodingBatch.h"
 
 #include <CoreGraphics/CoreGraphics.h>
 #include <ImageIO/ImageIO.h>
@@ -22,20 +22,20 @@ namespace {
 
 using Pixels = std::vector<UInt8>;
 
-// In bytes: the most pixels, of four numbers of 32 bits each.
-constexpr off_t longestPicture = 1 << 30;
-static_assert(longestPicture > pixelBudget * 16);
+// In bytes; more than the pixel budget with four samples of 32 bits each.
+constexpr off_t maximumFileSize = 1 << 30;
+static_assert(maximumFileSize > pixelBudget * 16);
 
 struct Size {
     std::int64_t width;
     std::int64_t height;
 };
 
-/// The whole file, or what is there of it; null when no picture can be so large. Not mapped: a mapped file
-/// that shrinks would end the process.
+/// Reads the whole file; null if it exceeds the maximum size. It is not mapped, because a mapped file that
+/// shrinks would crash the process.
 Owned<CFMutableDataRef> contentOf(const platform::Descriptor& file) {
     struct stat status = {};
-    if (fstat(file.get(), &status) != 0 || status.st_size > longestPicture) return nullptr;
+    if (fstat(file.get(), &status) != 0 || status.st_size > maximumFileSize) return nullptr;
     Owned<CFMutableDataRef> content(CFDataCreateMutable(kCFAllocatorDefault, 0));
     if (!content) return nullptr;
     CFDataSetLength(content.get(), status.st_size);
@@ -70,8 +70,8 @@ std::optional<Size> declaredSize(CGImageSourceRef source) {
     return Size{*width, *height};
 }
 
-/// The picture in full size, upright: a "thumbnail" as large as the picture is the one form in which the
-/// system applies the orientation. An embedded preview is never taken.
+/// The full-size picture, upright. Image I/O applies the orientation only to "thumbnails", so this is one as
+/// large as the picture, never an embedded preview.
 Owned<CGImageRef> uprightImage(CGImageSourceRef source, const Size& declared) {
     const std::int64_t longerSide = std::max(declared.width, declared.height);
     const Owned<CFNumberRef> size(CFNumberCreate(kCFAllocatorDefault, kCFNumberSInt64Type, &longerSide));
@@ -85,7 +85,7 @@ Owned<CGImageRef> uprightImage(CGImageSourceRef source, const Size& declared) {
     return Owned<CGImageRef>(CGImageSourceCreateThumbnailAtIndex(source, 0, options.get()));
 }
 
-/// The image's rows in sRGB, premultiplied; nothing when the system cannot draw it.
+/// The image's rows in sRGB, premultiplied by alpha; empty if the system cannot draw it.
 std::optional<Pixels> drawn(CGImageRef image, std::size_t width, std::size_t height) {
     Pixels pixels(width * 4 * height);
     const Owned<CGColorSpaceRef> sRGB(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
@@ -131,19 +131,19 @@ std::optional<DecodedPixels> decoded(const platform::Descriptor& file) {
 
 }  // namespace
 
-struct DecodedPixelHash::Work {
+struct DecodingBatch::Work {
     Clock::time_point deadline;
 };
 
-DecodedPixelHash::DecodedPixelHash(std::chrono::milliseconds patience)
-    : work_(new Work{.deadline = Clock::now() + patience}) {}
+DecodingBatch::DecodingBatch(std::chrono::milliseconds timeout)
+    : work_(new Work{.deadline = Clock::now() + timeout}) {}
 
-DecodedPixelHash::~DecodedPixelHash() = default;
+DecodingBatch::~DecodingBatch() = default;
 
-void DecodedPixelHash::start(const platform::Descriptor& file, Done done) {
+void DecodingBatch::start(const platform::Descriptor& file, Done done) {
     done(Clock::now() < work_->deadline ? decoded(file) : std::nullopt);
 }
 
-void DecodedPixelHash::finish() {}
+void DecodingBatch::finish() {}
 
 }  // namespace quorvantis
