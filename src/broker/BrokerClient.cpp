@@ -38,7 +38,7 @@ std::string requestLine(const BrokerIdentity& identity, std::string_view request
     return writer.take() + "\n";
 }
 
-/// An object or an array is what the platform's reader takes at the top.
+/// Like the platform's reader, accepts only an object or an array at the top level.
 JSONDocument parsedReply(std::string text) {
     auto reply = JSONDocument::parseOwned(std::move(text));
     if (!reply || !(reply->root().kind() == JSON::Kind::object || reply->root().kind() == JSON::Kind::array))
@@ -52,7 +52,7 @@ JSONDocument BrokerClient::call(std::string_view operation, const Fields& fields
     const std::string requestID = UUID::random().lowerCaseText();
     const std::string request = requestLine(identity, requestID, operation, fields);
     JSONDocument reply = parsedReply(BrokerTransport::exchange(socketURL, request));
-    // Before `ok` is looked at: a refusal of another request is not a refusal of this one.
+    // Checked before `ok`: a refusal of another request does not refuse this one.
     if (reply["version"].integer() != 1 || reply["requestID"].string() != requestID)
         throw HelperFailure::unavailable("Quorvantis returned an invalid broker response.");
     if (reply["ok"].boolean() != true)

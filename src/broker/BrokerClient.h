@@ -11,23 +11,23 @@
 
 namespace quorvantis {
 
-/// One argument of a broker operation.
+/// One argument of a broker operation: a member of the request object.
 struct BrokerField {
     std::string_view key;
     JSONText value;
 };
 
-/// A client of the desktop application's broker. One value serves one tool call; it holds nothing open.
+/// A client of the desktop application's broker. It keeps no connection open between calls.
 struct BrokerClient {
     BrokerIdentity identity;
     std::string socketURL = HelperPaths().socket;
 
-    /// Asks the broker for one operation and answers its whole reply, an object. The fields stand beside the
-    /// envelope's own keys, and in the place of one that they repeat. Throws HelperFailure `unavailable`,
-    /// with the broker's own words when it refuses; DecodingError for a reply that is no JSON.
+    /// Sends one request and returns the whole reply, an object. The fields are added to the envelope, and
+    /// replace a member of it that has the same key. Throws HelperFailure `unavailable`, with the broker's
+    /// own message if it refuses, and DecodingError if the reply is not a JSON object or array.
     JSONDocument call(std::string_view operation, const std::vector<BrokerField>& fields = {}) const;
 
-    /// Whether somebody listens at this socket, and the socket is this user's alone. Sends nothing.
+    /// Whether the path is a socket of this user, of mode 0600, that accepts connections. Sends nothing.
     static bool isLocalReachable(const std::string& socketURL);
 };
 

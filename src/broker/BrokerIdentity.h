@@ -4,7 +4,7 @@
 
 namespace quorvantis {
 
-/// Whom this process serves: built once at start-up, sent with every broker request.
+/// The client that this process serves. Built once at start-up and sent with every broker request.
 struct BrokerIdentity {
     std::string agent;
     std::string clientID;

@@ -17,15 +17,15 @@ namespace {
 
 using platform::Descriptor;
 
-constexpr std::size_t longestAddress = 104;  // of sun_path on macOS, the final NUL counted; Linux has 108
-constexpr std::size_t longestReply = 1'048'576;
+constexpr std::size_t maximumPathSize = 104;  // sun_path on macOS, including the final NUL; 108 on Linux
+constexpr std::size_t maximumReplySize = 1'048'576;
 constexpr std::size_t readSize = 4096;
-constexpr timeval patience = {.tv_sec = 2, .tv_usec = 0};
+constexpr timeval timeout = {.tv_sec = 2, .tv_usec = 0};
 
-void setTimeOuts(const Descriptor& socket) {
-    // Unchecked: a system that refuses them still gets its request through.
-    setsockopt(socket.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-    setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
+void setTimeouts(const Descriptor& socket) {
+    // Unchecked: the exchange also works without timeouts.
+    setsockopt(socket.get(), SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
+    setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
 }
 
 Descriptor openSocket() {
@@ -33,11 +33,11 @@ Descriptor openSocket() {
     if (!socket) throw HelperFailure::unavailable("Ombrel Link transport is unavailable.");
     if (!platform::disableBrokenPipeSignal(socket))
         throw HelperFailure::unavailable("Ombrel Link transport could not be configured.");
-    setTimeOuts(socket);
+    setTimeouts(socket);
     return socket;
 }
 
-bool connects(const Descriptor& socket, const Address& address) {
+bool tryConnect(const Descriptor& socket, const Address& address) {
     return connect(socket.get(), address.get(), address.length) == 0;
 }
 
@@ -53,13 +53,13 @@ void send(const Descriptor& socket, std::string_view request) {
 std::string receive(const Descriptor& socket) {
     std::string reply;
     std::array<char, readSize> buffer;
-    while (reply.size() <= longestReply) {
+    while (reply.size() <= maximumReplySize) {
         const ssize_t count = read(socket.get(), buffer.data(), buffer.size());
         if (count <= 0) break;
         reply.append(buffer.data(), static_cast<std::size_t>(count));
         if (reply.ends_with('\n')) break;
     }
-    if (reply.empty() || reply.size() > longestReply)
+    if (reply.empty() || reply.size() > maximumReplySize)
         throw HelperFailure::unavailable("Ombrel Link did not respond.");
     return reply;
 }
@@ -73,7 +73,7 @@ bool isPrivateSocket(const std::string& path) {
 }  // namespace
 
 std::optional<Address> address(const std::string& socketPath) {
-    if (socketPath.size() + 1 > longestAddress) return std::nullopt;
+    if (socketPath.size() + 1 > maximumPathSize) return std::nullopt;
     Address address = {};
     address.name.sun_family = AF_UNIX;
     std::memcpy(address.name.sun_path, socketPath.c_str(), socketPath.size() + 1);
@@ -85,7 +85,7 @@ std::string exchange(const std::string& socketPath, std::string_view request) {
     const Descriptor socket = openSocket();
     const auto broker = address(socketPath);
     if (!broker) throw HelperFailure::unavailable("Ombrel Link socket path is too long.");
-    if (!connects(socket, *broker))
+    if (!tryConnect(socket, *broker))
         throw HelperFailure::unavailable("Quorvantis is not running or Ombrel Link is unavailable.");
     send(socket, request);
     return receive(socket);
@@ -95,7 +95,7 @@ bool isReachable(const std::string& socketPath) {
     if (!isPrivateSocket(socketPath)) return false;
     const Descriptor socket = platform::openLocalSocket();
     const auto broker = address(socketPath);
-    return socket && broker && connects(socket, *broker);
+    return socket && broker && tryConnect(socket, *broker);
 }
 
 }  // namespace quorvantis::BrokerTransport

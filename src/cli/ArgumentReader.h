@@ -8,12 +8,12 @@
 
 namespace quorvantis {
 
-/// The process arguments without the program's path.
+/// The process's arguments, without the program's own name.
 struct ArgumentReader {
     std::vector<std::string> values;
 
-    /// The argument right after the first one that equals `flag`, whatever it looks like; nothing when there
-    /// is none.
+    /// The argument after the first one that equals `flag`, even if it looks like a flag; empty if there is
+    /// none.
     std::optional<std::string> value(std::string_view flag) const {
         const auto found = std::find(values.begin(), values.end(), flag);
         if (found == values.end() || found + 1 == values.end()) return std::nullopt;

@@ -16,12 +16,12 @@ using namespace quorvantis;
 namespace {
 
 BrokerIdentity validatedIdentity(const ArgumentReader& arguments) {
-    const auto unusable = HelperFailure::invalidArguments("Expected serve with agent identity.");
-    if (arguments.values.empty() || arguments.values.front() != "serve") throw unusable;
+    const auto usageError = HelperFailure::invalidArguments("Expected serve with agent identity.");
+    if (arguments.values.empty() || arguments.values.front() != "serve") throw usageError;
     const auto agent = arguments.value("--agent");
     const auto clientID = arguments.value("--client-id");
     const auto credentialPath = arguments.value("--credential-file");
-    if (!agent || !clientID || !credentialPath) throw unusable;
+    if (!agent || !clientID || !credentialPath) throw usageError;
     const auto validated = CredentialValidator().validate(*agent, *clientID, absolutePath(*credentialPath));
     return {.agent = *agent, .clientID = *clientID, .credential = validated.token};
 }
@@ -31,7 +31,7 @@ BrokerIdentity validatedIdentity(const ArgumentReader& arguments) {
 int main(int count, char** arguments) {
     reserveStandardStreams();
     std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGCHLD, SIG_DFL);  // a parent may have left it ignored, and then no child can be waited for
+    std::signal(SIGCHLD, SIG_DFL);  // if the parent left it ignored, waitpid would fail
     platform::keepFreedMemory();
     try {
         QuorvantisMCP::serve(

@@ -23,8 +23,8 @@ constexpr std::array<PayloadKey, 10> assetKeys = {{
     {"relative_path", "relativePath", isString},
 }};
 
-JSON firstImage(const JSONDocument& answer) {
-    const JSON images = answer["images"];
+JSON firstImage(const JSONDocument& reply) {
+    const JSON images = reply["images"];
     if (!images.isArrayOf(JSON::Kind::object) || images.elements().empty())
         throw HelperFailure::unavailable("The requested current-prompt asset is unavailable.");
     return images.elements().front();
@@ -37,10 +37,10 @@ JSONText materialize(JSON arguments, const BrokerIdentity& identity) {
     const auto workspaceRoot = arguments["workspace_root"].string();
     if (!assetID || !workspaceRoot)
         throw HelperFailure::invalidArguments("asset_id and workspace_root are required.");
-    const JSONDocument answer = BrokerClient{identity}.call(
+    const JSONDocument reply = BrokerClient{identity}.call(
         "materialize",
         {{"assetID", jsonText(lowerCased(*assetID))}, {"workspaceRoot", jsonText(*workspaceRoot)}});
-    const JSON image = firstImage(answer);
+    const JSON image = firstImage(reply);
     return jsonText(jsonObject("workspace_path", image["workspacePath"].string().value_or(""),  //
                                "relative_path", image["relativePath"].string().value_or(""),    //
                                "bit_exact", image["bitExact"].boolean().value_or(false),        //
@@ -50,20 +50,20 @@ JSONText materialize(JSON arguments, const BrokerIdentity& identity) {
 JSONText metadata(JSON arguments, const BrokerIdentity& identity) {
     const auto assetID = arguments["asset_id"].string();
     if (!assetID) throw HelperFailure::invalidArguments("A valid current-prompt asset_id is required.");
-    const JSONDocument answer =
+    const JSONDocument reply =
         BrokerClient{identity}.call("metadata", {{"assetID", jsonText(lowerCased(*assetID))}});
     JSONWriter result(Slashes::bare);
-    publicAssetPayload(firstImage(answer), result);
+    publicAssetPayload(firstImage(reply), result);
     return {result.take()};
 }
 
 JSONText currentPromptAssets(JSON, const BrokerIdentity& identity) {
     if (identity.agent != "cursor")
         throw HelperFailure::unavailable("This enhanced prompt adapter is available only in Cursor.");
-    const JSONDocument answer = BrokerClient{identity}.call("current_prompt_assets");
-    const bool matched = answer["matched"].boolean().value_or(false);
+    const JSONDocument reply = BrokerClient{identity}.call("current_prompt_assets");
+    const bool matched = reply["matched"].boolean().value_or(false);
     return jsonText(jsonObject(
-        "matched", matched, "images", publicImages(answer["images"]), "next_step",
+        "matched", matched, "images", publicImages(reply["images"]), "next_step",
         matched
             ? "Read the returned workspace files."
             : "No confirmed image was supplied by the client. Use Copy Original Image Reference in Quorvantis, "

@@ -10,14 +10,14 @@ namespace quorvantis::QuorvantisMCP {
 
 namespace {
 
-/// A text of the right length, in lower case; what its characters are is the broker's to judge.
+/// The text in lower case; empty unless it has the length of an identifier. The broker checks the characters.
 std::optional<std::string> identifier(JSON value) {
     const auto text = value.string();
     if (!text || characterCount(*text) != identifierLength) return std::nullopt;
     return lowerCased(*text);
 }
 
-/// The pixels' hash, width and height: all three or none.
+/// Writes the pixels' hash, width and height if all three are present.
 void writePixels(JSON attachment, JSONWriter& writer) {
     const bool hasSnakeCaseHash = attachment["pixel_hash"].string().has_value();
     const auto hash = identifier(attachment[hasSnakeCaseHash ? "pixel_hash" : "pixelHash"]);
@@ -30,8 +30,8 @@ void writePixels(JSON attachment, JSONWriter& writer) {
         writer.members("pixelHash", *hash, "pixelWidth", width, "pixelHeight", height);
 }
 
-/// False when the attachment names neither an asset nor a hash.
-bool writeNamed(JSON attachment, JSONWriter& writer) {
+/// Writes the identity of an attachment without a file. Returns false if it has neither an asset nor a hash.
+bool writeIdentity(JSON attachment, JSONWriter& writer) {
     const auto asset = identifier(attachment["asset_id"]);
     const auto hash = identifier(attachment["sha256"]);
     if (!asset && !hash) return false;
@@ -62,10 +62,10 @@ std::optional<JSONText> attachmentIdentities(JSON::Elements attachments) {
     identities.beginArray();
     for (const JSON attachment : attachments) {
         if (!attachment["file_path"].string()) {
-            if (!writeNamed(attachment, identities)) return std::nullopt;
+            if (!writeIdentity(attachment, identities)) return std::nullopt;
         } else if (!*file) {
-            return std::nullopt;  // dropped: the agent is told to name the image, not why the file cannot be
-                                  // read
+            // The error is dropped on purpose: the agent is told to name the image in another way.
+            return std::nullopt;
         } else {
             Coding<AttachmentIdentity>::encode(**file++, identities);
         }

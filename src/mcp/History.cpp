@@ -29,15 +29,15 @@ JSONText searchHistory(JSON arguments, const BrokerIdentity& identity) {
     if (!query || isBlank(*query)) throw HelperFailure::invalidArguments("A non-empty query is required.");
     const auto limit =
         std::clamp(arguments["limit"].integer().value_or(defaultLimit), minimumLimit, maximumLimit);
-    const JSONDocument answer = BrokerClient{identity}.call(
+    const JSONDocument reply = BrokerClient{identity}.call(
         "search_history", {{"query", jsonText(*query)}, {"limit", jsonText(limit)}});
     JSONWriter result(Slashes::bare);
     result.beginObject();
-    result.members("matched", answer["matched"].boolean().value_or(false));
+    result.members("matched", reply["matched"].boolean().value_or(false));
     result.key("items");
     result.beginArray();
-    if (answer["entries"].isArrayOf(JSON::Kind::object))
-        for (const JSON entry : answer["entries"].elements()) publicHistoryPayload(entry, result);
+    if (reply["entries"].isArrayOf(JSON::Kind::object))
+        for (const JSON entry : reply["entries"].elements()) publicHistoryPayload(entry, result);
     result.endArray();
     result.endObject();
     return {result.take()};
@@ -46,9 +46,9 @@ JSONText searchHistory(JSON arguments, const BrokerIdentity& identity) {
 JSONText getHistoryItem(JSON arguments, const BrokerIdentity& identity) {
     const auto entryID = arguments["entry_id"].string();
     if (!entryID) throw HelperFailure::invalidArguments("entry_id is required.");
-    const JSONDocument answer =
+    const JSONDocument reply =
         BrokerClient{identity}.call("get_history_item", {{"entryID", jsonText(*entryID)}});
-    const JSON entries = answer["entries"];
+    const JSON entries = reply["entries"];
     if (!entries.isArrayOf(JSON::Kind::object) || entries.elements().empty())
         throw HelperFailure::unavailable("The requested clipboard item is unavailable.");
     JSONWriter result(Slashes::bare);

@@ -19,14 +19,15 @@ char lower(char c) {
     return isUpper(c) ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/// clientID -> client_id, URLPath -> url_path: a word begins at a capital that follows a small letter or
-/// digit, and at the last capital of a run that goes on in small letters.
+/// clientID -> client_id, URLPath -> url_path: a word begins at an upper-case letter that follows a
+/// lower-case letter or a digit, and at one that follows another upper-case letter but precedes a lower-case
+/// one.
 std::string snakeCase(std::string_view key) {
     std::string name;
     for (std::size_t i = 0; i < key.size(); ++i) {
-        const bool afterSmall = i > 0 && !isUpper(key[i - 1]) && key[i - 1] != '_';
-        const bool beforeSmall = i > 0 && i + 1 < key.size() && key[i + 1] >= 'a' && key[i + 1] <= 'z';
-        if (isUpper(key[i]) && (afterSmall || beforeSmall) && !name.ends_with('_')) name += '_';
+        const bool afterLower = i > 0 && !isUpper(key[i - 1]) && key[i - 1] != '_';
+        const bool beforeLower = i > 0 && i + 1 < key.size() && key[i + 1] >= 'a' && key[i + 1] <= 'z';
+        if (isUpper(key[i]) && (afterLower || beforeLower) && !name.ends_with('_')) name += '_';
         name += lower(key[i]);
     }
     return name;
@@ -40,7 +41,7 @@ bool isEnvelopeKey(std::string_view key) {
 
 void writeRenamed(JSON value, JSONWriter& writer);
 
-/// Writes the member unless its new name is taken: two names can become the same, and the first counts.
+/// Writes the member unless its new name is taken: if two keys become the same, the first one wins.
 void writeRenamed(const JSON::Member& member, std::unordered_set<std::string>& taken, JSONWriter& writer) {
     const auto [name, isNew] = taken.insert(snakeCase(member.key));
     if (!isNew) return;
@@ -66,12 +67,12 @@ void writeRenamed(JSON value, JSONWriter& writer) {
 }  // namespace
 
 JSONText getIntegrationStatus(JSON, const BrokerIdentity& identity) {
-    const JSONDocument answer = BrokerClient{identity}.call("status");
+    const JSONDocument reply = BrokerClient{identity}.call("status");
     JSONWriter status(Slashes::bare, containersAroundResult);
     status.beginObject();
     status.members("connected", true, "agent", identity.agent);
     std::unordered_set<std::string> taken = {"connected", "agent"};
-    for (const JSON::Member member : answer.root().members())
+    for (const JSON::Member member : reply.root().members())
         if (!isEnvelopeKey(member.key)) writeRenamed(member, taken, status);
     status.endObject();
     return {status.take()};

@@ -6,10 +6,10 @@ void writePublicPayload(JSON source, std::span<const PayloadKey> keys, JSONWrite
     writer.beginObject();
     for (const PayloadKey& key : keys) {
         const JSON value = source[key.source];
-        const bool fits = key.fits(value);
-        if (!fits && key.whenMissing.empty()) continue;
+        const bool accepted = key.accepts(value);
+        if (!accepted && key.defaultValue.empty()) continue;
         writer.key(key.name);
-        fits ? writer.value(value) : writer.literal(key.whenMissing);
+        accepted ? writer.value(value) : writer.literal(key.defaultValue);
     }
     writer.endObject();
 }

@@ -8,19 +8,19 @@
 
 namespace quorvantis::QuorvantisMCP {
 
-/// One key of a public payload: where its value comes from, and what it must be to count.
+/// One member of a public payload.
 struct PayloadKey {
     std::string_view name;
-    std::string_view source;
-    bool (*fits)(JSON value);
-    std::string_view whenMissing = {};  // JSON without slashes; empty: the key is left out
+    std::string_view source;             // the key in the broker's object
+    bool (*accepts)(JSON value);         // whether the broker's value is copied
+    std::string_view defaultValue = {};  // used otherwise, JSON without slashes; empty to omit the member
 };
 
-/// Writes the payload made from an object of the broker's, its values as they are. Its other keys are not
-/// passed on.
+/// Writes the payload of an object from the broker's reply. Values are copied unchanged; keys that are not
+/// listed are dropped.
 void writePublicPayload(JSON source, std::span<const PayloadKey> keys, JSONWriter& writer);
 
-// What a value must be to be copied.
+// For PayloadKey::accepts.
 bool isString(JSON value);
 bool isNumber(JSON value);
 bool isInteger(JSON value);

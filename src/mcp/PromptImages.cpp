@@ -8,7 +8,7 @@ namespace quorvantis::QuorvantisMCP {
 
 namespace {
 
-/// Empty `identities`: at least one attachment has none.
+/// Throws if `identities` is empty: some attachment has no valid identity.
 JSONText resolveIdentities(const std::optional<JSONText>& identities, JSON arguments,
                            const BrokerIdentity& identity) {
     if (!identities)
@@ -23,13 +23,13 @@ JSONText resolveIdentities(const std::optional<JSONText>& identities, JSON argum
     if (const auto session = arguments["session_id"].string())
         fields.push_back({"sessionID", jsonText(*session)});
     if (const auto turn = arguments["turn_id"].string()) fields.push_back({"turnID", jsonText(*turn)});
-    const JSONDocument answer = BrokerClient{identity}.call("resolve", fields);
-    const JSONText confidence = {std::string(answer["confidence"].numberText().value_or("0"))};
-    return jsonText(jsonObject("matched", answer["matched"].boolean().value_or(false),  //
-                               "confidence", confidence, "images", publicImages(answer["images"])));
+    const JSONDocument reply = BrokerClient{identity}.call("resolve", fields);
+    const JSONText confidence = {std::string(reply["confidence"].numberText().value_or("0"))};
+    return jsonText(jsonObject("matched", reply["matched"].boolean().value_or(false),  //
+                               "confidence", confidence, "images", publicImages(reply["images"])));
 }
 
-/// The asset hashes of the references. Throws when one of them is no reference.
+/// The asset hashes of the references. Throws if one of the strings is not a reference.
 std::vector<std::string> assetHashes(JSON::Elements references) {
     std::vector<std::string> hashes;
     for (const JSON reference : references) {
@@ -41,7 +41,7 @@ std::vector<std::string> assetHashes(JSON::Elements references) {
     return hashes;
 }
 
-/// Empty when a hash ends in a line end, which a reference may have and an identifier may not.
+/// Empty if a hash ends in a line terminator, which is allowed after a reference but not in an identifier.
 std::optional<JSONText> assetIdentities(const std::vector<std::string>& hashes) {
     JSONWriter identities(Slashes::bare);
     identities.beginArray();

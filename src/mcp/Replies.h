@@ -10,20 +10,20 @@ namespace quorvantis {
 
 namespace HelperIO {
 
-/// Writes the JSON text of one object and a line feed to standard output, in one write. Returns false once
-/// standard output takes no more.
+/// Writes the JSON text and a line feed to standard output, in one write. Returns false if standard output is
+/// closed or broken.
 bool writeLine(std::string json);
 
 }  // namespace HelperIO
 
-/// The messages of the session: JSON-RPC 2.0 objects on standard output, one a line. Each operation returns
-/// false once standard output takes no more.
+/// The messages that the session sends: JSON-RPC 2.0 objects on standard output, one per line. Each function
+/// returns false if standard output is closed or broken.
 namespace QuorvantisMCP {
 
-/// The containers around a tool's result in its answer: the message, and "result".
+/// The number of containers around a tool's result in its response: the message, and "result".
 inline constexpr std::size_t containersAroundResult = 2;
 
-/// Writes the members, keys and values in turn, as one message.
+/// Writes a message from alternating keys and values.
 template <class... KeysAndValues>
 bool writeMessage(const KeysAndValues&... members) {
     JSONWriter writer(Slashes::escaped);

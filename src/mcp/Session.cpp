@@ -21,23 +21,23 @@ constexpr int methodNotFound = -32601;  // JSON-RPC 2.0, section 5.1
 
 constexpr std::array<std::string_view, 4> protocolVersions = {"2024-11-05", "2025-03-26", "2025-06-18",
                                                               "2025-11-25"};
-constexpr std::string_view assumedVersion = "2025-03-26";  // when the client names none
+constexpr std::string_view defaultVersion = "2025-03-26";  // when the client names none
 
-std::string_view answeredVersion(std::string_view requested) {
+std::string_view negotiatedVersion(std::string_view requested) {
     const auto found = std::find(protocolVersions.begin(), protocolVersions.end(), requested);
     return found == protocolVersions.end() ? protocolVersions.back() : *found;
 }
 
 bool initialize(JSON id, JSON params, const BrokerIdentity& identity) {
-    const auto requested = params["protocolVersion"].string().value_or(assumedVersion);
+    const auto requested = params["protocolVersion"].string().value_or(defaultVersion);
     const auto clientName = params["clientInfo"]["name"].string().value_or("MCP client");
     MCPClientSession::record(identity, clientName);
-    return reply(id, jsonObject("protocolVersion", answeredVersion(requested),                         //
+    return reply(id, jsonObject("protocolVersion", negotiatedVersion(requested),                       //
                                 "capabilities", jsonObject("tools", jsonObject("listChanged", true)),  //
                                 "serverInfo", jsonObject("name", "Quorvantis", "version", version)));
 }
 
-// The parser refuses ill-formed UTF-8, so that only a line that it refused can be in need of repair.
+// The parser rejects ill-formed UTF-8, so only a rejected line can need repair.
 std::optional<JSONDocument> parsedLine(std::string_view line) {
     auto request = JSONDocument::parse(line);
     return request || isValidUTF8(line) ? std::move(request) : JSONDocument::parseOwned(repairedUTF8(line));
@@ -47,17 +47,17 @@ class Session {
   public:
     explicit Session(const BrokerIdentity& identity) : identity_(identity) {}
 
-    /// False once standard output takes no more.
+    /// Returns false if standard output is closed or broken.
     bool handle(JSON request) {
         const auto method = request["method"].string();
         if (!method) return true;
         if (*method == "notifications/initialized") return notifyToolsListChanged();
         const auto id = request.find("id");
-        return id ? answer(*id, *method, request["params"]) : true;
+        return id ? respond(*id, *method, request["params"]) : true;
     }
 
   private:
-    bool answer(JSON id, std::string_view method, JSON params) {
+    bool respond(JSON id, std::string_view method, JSON params) {
         if (method == "initialize") return initialize(id, params, identity_);
         if (method == "ping") return reply(id, jsonObject());
         if (method == "tools/list") return reply(id, toolList());
@@ -66,7 +66,7 @@ class Session {
         return failure(id, methodNotFound, "Method not found");
     }
 
-    /// Written once: a client may list the tools at every turn.
+    /// Serialized once, because a client may list the tools at every turn.
     const JSONText& toolList() {
         if (toolList_.text.empty()) toolList_ = jsonText(jsonObject("tools", toolDefinitions(identity_)));
         return toolList_;

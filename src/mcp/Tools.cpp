@@ -34,7 +34,7 @@ JSONText run(std::string_view name, JSON arguments, const BrokerIdentity& identi
 bool callTool(JSON id, std::string_view name, JSON arguments, const BrokerIdentity& identity) {
     try {
         const JSONText result = run(name, arguments, identity);
-        // Clients compare the text with the structured content: one is the other's exact JSON.
+        // Clients compare the two, so the text is exactly the JSON of the structured content.
         return reply(
             id, jsonObject("content", content(result.text), "structuredContent", result, "isError", false));
     } catch (const HelperFailure& failure) {

@@ -11,14 +11,14 @@
 
 namespace quorvantis::QuorvantisMCP {
 
-/// One argument of a tool, or one property of an array's elements. Its JSON Schema advises the client; the
-/// handler checks.
+/// One argument of a tool, or one property of an array's elements, for the JSON Schema. The schema informs
+/// the client; only the handler enforces it.
 struct Argument {
     std::string_view name;
     std::string_view type;         // "string", "integer" or "array"
-    std::string_view description;  // without its limits and its full stop where it has a maximum
+    std::string_view description;  // if there is a maximum, without the limits and the final full stop
     bool isRequired = false;
-    // Of an integer, of a string's length in characters, or of an array's number of elements.
+    // Limits of an integer, of a string's length in characters, or of an array's number of elements.
     std::optional<std::int64_t> minimum = {}, maximum = {};
     std::optional<std::int64_t> defaultValue = {};
     std::string_view elementType = {};                 // of an array
@@ -30,21 +30,20 @@ struct Tool {
     std::string_view name;
     std::string_view description;  // for the language model that chooses a tool; under 1,000 characters
     std::span<const Argument> arguments;
-    bool readOnly;               // it writes no file
-    std::string_view onlyAgent;  // the one agent that sees it in the list; empty for every agent
-    /// Takes the call's arguments, any value (what is no object has no keys); answers the result, an object,
-    /// or throws.
+    bool readOnly;               // writes no file
+    std::string_view onlyAgent;  // the only agent for which the tool is listed; empty for all agents
+    /// Takes the call's arguments, which may be any JSON value. Returns the result, an object, or throws.
     JSONText (*handler)(JSON arguments, const BrokerIdentity& identity);
 };
 
-/// The tools, a row each, in the order in which they are listed.
+/// All tools, in the order in which they are listed.
 std::span<const Tool> tools();
 
-/// The array that answers "tools/list".
+/// The definitions of the tools that the agent sees, as the array in the result of "tools/list".
 JSONText toolDefinitions(const BrokerIdentity& identity);
 
-/// Runs the tool and writes the answer; a failure is a result with "isError" true. False once standard output
-/// takes no more.
+/// Runs the tool and writes the response; a failure becomes a result with "isError" true. Returns false if
+/// standard output is closed or broken.
 bool callTool(JSON id, std::string_view name, JSON arguments, const BrokerIdentity& identity);
 
 }  // namespace quorvantis::QuorvantisMCP

@@ -10,7 +10,7 @@
 
 namespace quorvantis {
 
-// The clipboard history in typed form, as the desktop side stores and exchanges it.
+// The clipboard history as the desktop application stores and exchanges it.
 
 /// Facts about an image representation.
 struct HelperImageMetadata {
@@ -19,14 +19,14 @@ struct HelperImageMetadata {
     std::optional<std::string> pixelHash;  // of the decoded pixels, 64 hexadecimal digits
     std::optional<std::int64_t> bitsPerComponent;
     std::optional<bool> hasAlpha;
-    std::optional<std::string> colorModel;    // as the image decoder names it
+    std::optional<std::string> colorModel;    // the image decoder's name for it
     std::optional<std::string> profileName;   // of the embedded colour profile
-    std::optional<std::int64_t> orientation;  // 1 to 8, as EXIF counts them
+    std::optional<std::int64_t> orientation;  // the EXIF orientation, 1 to 8
     std::optional<std::int64_t> frameCount;
     std::string originalUTI;  // uniform type identifier of the image as captured
     bool isOriginalFile = false;
     bool isBitExact = false;
-    std::optional<std::string> conversion;  // what was done to the image, in short
+    std::optional<std::string> conversion;  // a short description of what was done to the image
 
     static constexpr auto fields() {
         using M = HelperImageMetadata;
@@ -40,15 +40,15 @@ struct HelperImageMetadata {
     }
 };
 
-/// One type's bytes of one pasteboard item.
+/// The bytes of a pasteboard item in one of its types.
 struct HelperRepresentation {
     UUID id;
-    std::string uti;             // uniform type identifier of the data
-    std::int64_t byteCount = 0;  // bytes
+    std::string uti;  // uniform type identifier of the data
+    std::int64_t byteCount = 0;
     std::optional<std::string> sha256;
     std::optional<std::string> storagePath;  // where the desktop application keeps the bytes
     std::optional<std::string> inlineText;
-    bool isOriginalRepresentation = false;  // the bytes are those that the source application offered
+    bool isOriginalRepresentation = false;  // the bytes are the source application's own
     std::optional<HelperImageMetadata> imageMetadata;
     std::optional<std::string> thumbnailPath;
 
@@ -76,7 +76,7 @@ struct HelperClipboardItem {
     }
 };
 
-/// One captured copy.
+/// An entry of the history: what the user copied at one time.
 struct HelperEntry {
     UUID id;
     Date createdAt;

@@ -10,12 +10,12 @@
 
 namespace quorvantis {
 
-/// Which client an agent's server serves: the file "<agent>-mcp-session.json" in `HelperPaths::agents`, by
-/// which the desktop application knows who is connected.
+/// Tells the desktop application which client an agent's server is serving: the file
+/// "<agent>-mcp-session.json" in `HelperPaths::agents`.
 struct MCPClientSession {
     std::string clientID;
     std::int32_t processID = 0;  // of the server
-    std::string executablePath;  // of the server: absolute, symbolic links resolved
+    std::string executablePath;  // of the server; absolute, with symbolic links resolved
     std::string clientName;      // as the client gave it
     Date initializedAt;
 
@@ -26,15 +26,15 @@ struct MCPClientSession {
                           Field("initializedAt", &M::initializedAt));
     }
 
-    /// Writes this process's record and posts the notification of it. Never fails. Does nothing when the
-    /// environment has QUORVANTIS_DIAGNOSTIC=1.
+    /// Writes this process's record and posts the notification of the change. Errors are ignored. Does
+    /// nothing if the environment has QUORVANTIS_DIAGNOSTIC=1.
     static void record(const BrokerIdentity& identity, std::string_view clientName);
 
     /// The path of an agent's record.
     static std::string url(std::string_view agent);
 
-    /// Whether the process still lives and runs the same executable; the process's number alone may be
-    /// another's by now.
+    /// Whether the process still runs the same executable. Comparing the executable rules out another process
+    /// that has reused the number.
     bool isRunning() const;
 };
 

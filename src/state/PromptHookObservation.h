@@ -9,14 +9,14 @@
 
 namespace quorvantis {
 
-/// What an agent's prompt hook saw last: the file "<agent>-hook-state.json" in `HelperPaths::agents`. For
-/// prompt hooks to write; the server does not touch it.
+/// The latest observation of an agent's prompt hook: the file "<agent>-hook-state.json" in
+/// `HelperPaths::agents`. Written by prompt hooks; the server does not use it.
 struct PromptHookObservation {
     std::string clientID;
     Date observedAt;
     std::int64_t attachmentCount = 0;
     std::int64_t referenceCount = 0;
-    std::string outcome;  // the hook's verdict on the prompt, in its own words
+    std::string outcome;  // the hook's own description of the result
 
     static constexpr auto fields() {
         using M = PromptHookObservation;
@@ -25,7 +25,8 @@ struct PromptHookObservation {
                           Field("referenceCount", &M::referenceCount), Field("outcome", &M::outcome));
     }
 
-    /// Replaces the agent's observation by one made now. Never fails. The texts must be valid UTF-8.
+    /// Replaces the agent's observation with one made now. Errors are ignored. The strings must be valid
+    /// UTF-8.
     static void record(std::string_view clientID, std::string_view agent, std::int64_t attachmentCount,
                        std::int64_t referenceCount, std::string_view outcome);
 

@@ -13,8 +13,10 @@ namespace quorvantis {
 /// - FileError (support/Files.h): the system refused to read, write or start a file;
 /// - DecodingError (json/CodingErrors.h): a text is not the JSON that it should be;
 /// - EncodingError (json/CodingErrors.h): a value cannot be written as JSON;
-/// - std::system_error, from platform/: a pipe or a process cannot be created. The callers there are in
-///   integration/, which rethrows it as FileError, and in imaging/, where the picture gets no pixel hash.
+/// - std::system_error, from platform/: a pipe or a process cannot be created. integration/ rethrows it as
+///   FileError; in imaging/ the picture gets no pixel hash.
+///
+/// `what()` of the first four is one line for the user or the agent.
 class HelperFailure : public std::runtime_error {
   public:
     enum class Case { invalidArguments, invalidRequest, configuration, unavailable, denied, timedOut };
