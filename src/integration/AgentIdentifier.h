@@ -2,11 +2,11 @@
 
 #include <string_view>
 
-/// The rule that says which agents may be named on the command line.
+/// The names of agents that are valid on the command line.
 namespace quorvantis::AgentIdentifier {
 
-/// True for "codex", "claude-code", "cursor", and "custom-" followed by a UUID in its canonical 36
-/// characters.
+/// Returns true for "codex", "claude-code", "cursor", and "custom-" followed by a UUID in its canonical form
+/// of 36 characters.
 bool isValid(std::string_view identifier);
 
 }  // namespace quorvantis::AgentIdentifier

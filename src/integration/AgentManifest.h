@@ -9,7 +9,7 @@
 
 namespace quorvantis {
 
-/// What the desktop application registered for one agent: the file "<agent>.json" in `HelperPaths::agents`.
+/// An agent's registration by the desktop application: the file "<agent>.json" in `HelperPaths::agents`.
 struct AgentManifest {
     std::string agent;
     Date installedAt;

@@ -27,7 +27,8 @@ ValidatedCredential CredentialValidator::validate(std::string_view agent, std::s
     if (!matches)
         throw HelperFailure::invalidRequest("Client identity does not match the managed registration.");
     std::string token = readFile(credentialFile);
-    // The hash first: a file that is not the registered one is invalid, however malformed it is besides.
+    // Checked first: a file other than the registered one is reported as invalid even if it is also
+    // malformed.
     if (HelperIO::sha256(token) != manifest.credentialHash)
         throw HelperFailure::invalidRequest("Client credential is invalid.");
     if (token.empty() || !isValidUTF8(token))

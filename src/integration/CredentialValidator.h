@@ -8,18 +8,18 @@
 
 namespace quorvantis {
 
-/// A caller that proved to be the client registered for its agent.
+/// The result of a successful validation: the caller is the client registered for its agent.
 struct ValidatedCredential {
     AgentManifest manifest;
     std::string token;  // the credential file's whole content, never empty
 };
 
-/// Checks a caller against the manifest of the agent that it says it is.
+/// Checks a caller against the manifest of the agent that it claims to be.
 struct CredentialValidator {
     HelperPaths paths;
 
-    /// `credentialFile` is an absolute path. Throws HelperFailure `invalidRequest` for a caller that is not
-    /// the registered client; FileError and DecodingError for files that cannot be read.
+    /// `credentialFile` is an absolute path. Throws HelperFailure `invalidRequest` if the caller is not the
+    /// registered client; FileError or DecodingError if the manifest or the credential cannot be read.
     ValidatedCredential validate(std::string_view agent, std::string_view clientID,
                                  const std::string& credentialFile) const;
 };

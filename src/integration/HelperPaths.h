@@ -4,7 +4,7 @@
 
 namespace quorvantis {
 
-/// Where the program and the desktop application keep what they share, as absolute path texts.
+/// The absolute paths of what the program and the desktop application share.
 struct HelperPaths {
     std::string appSupport;    // folder
     std::string integrations;  // folder
@@ -13,12 +13,12 @@ struct HelperPaths {
     std::string database;      // the history's database file
     std::string socket;        // the broker's Unix domain socket
 
-    /// Below the application-support folder in use: "Library/Application Support/Quorvantis" in the user's
-    /// home folder, or in testing mode the value of QUORVANTIS_APP_SUPPORT. Makes no folder and never fails.
+    /// Paths below "Library/Application Support/Quorvantis" in the user's home folder, or in testing mode
+    /// below the value of QUORVANTIS_APP_SUPPORT, if it is set. Creates no folder and never fails.
     HelperPaths();
 };
 
-/// Whether QUORVANTIS_TESTING is "1" at this moment. Only then can the environment redirect the program.
+/// Whether QUORVANTIS_TESTING is "1" at this moment. Only then does QUORVANTIS_APP_SUPPORT count.
 bool isTestingMode();
 
 }  // namespace quorvantis

@@ -10,11 +10,11 @@
 
 namespace quorvantis {
 
-/// An agent's request to be registered: a JSON file in `HelperPaths::requests`, which waits for the user's
-/// word in the desktop application and, once approved, hands over what the agent needs to connect.
+/// An agent's request to be registered: a JSON file in `HelperPaths::requests`. The user approves or denies
+/// it in the desktop application; an approved request contains what the agent needs to connect.
 struct PairingRequestRecord {
-    /// A request goes from `pending` to `awaitingApproval`, then to `approved` or `denied`, and from
-    /// `approved` to `consumed` once its registration has been taken up.
+    /// A request changes from `pending` to `awaitingApproval`, then to `approved` or `denied`, and from
+    /// `approved` to `consumed` once the agent has used its registration.
     enum class State { pending, awaitingApproval, approved, denied, consumed };
 
     std::string id;
@@ -33,7 +33,7 @@ struct PairingRequestRecord {
     }
 };
 
-/// The states as JSON texts, in the order of the enumeration.
+/// The JSON strings of the states, in the order of the enumeration.
 constexpr auto caseNames(PairingRequestRecord::State) {
     return std::to_array<std::string_view>({"pending", "awaitingApproval", "approved", "denied", "consumed"});
 }

@@ -33,12 +33,12 @@ std::vector<std::string> childEnvironment() {
     return variables;
 }
 
-struct Started {
+struct RunningTool {
     platform::Child tool;
-    Descriptor output;  // closed before the tool is waited for: one that still writes would never end
+    Descriptor output;  // destroyed before `tool`, whose destructor would wait forever for a blocked writer
 };
 
-Started started(const std::string& executable, const std::vector<std::string>& arguments) {
+RunningTool start(const std::string& executable, const std::vector<std::string>& arguments) {
     platform::Pipe pipe;
     const int output = pipe.writing.get();
     auto tool = platform::Spawn{.executable = executable,
@@ -49,9 +49,9 @@ Started started(const std::string& executable, const std::vector<std::string>& a
     return {std::move(tool), std::move(pipe.reading)};
 }
 
-Started startedOrFailure(const std::string& executable, const std::vector<std::string>& arguments) {
+RunningTool startOrThrow(const std::string& executable, const std::vector<std::string>& arguments) {
     try {
-        return started(executable, arguments);
+        return start(executable, arguments);
     } catch (const std::system_error& error) {
         throw FileError::starting(executable, error.code().value());
     }
@@ -71,8 +71,8 @@ std::string readToEnd(const Descriptor& pipe) {
 }  // namespace
 
 ProcessResult runProcess(const std::string& executable, const std::vector<std::string>& arguments) {
-    Started process = startedOrFailure(absolutePath(executable), arguments);
-    // First the output: a child that prints a lot ends only when somebody reads it.
+    RunningTool process = startOrThrow(absolutePath(executable), arguments);
+    // Read before waiting: a child blocks once the pipe is full.
     std::string output = readToEnd(process.output);
     const int status = process.tool.wait();
     return {.status = status, .output = isValidUTF8(output) ? std::move(output) : std::string()};

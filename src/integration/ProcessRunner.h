@@ -6,15 +6,15 @@
 
 namespace quorvantis {
 
-/// How an external tool ended, and what it printed.
+/// The exit status and the output of an external tool.
 struct ProcessResult {
-    std::int32_t status = 0;  // the exit status, or the number of the signal that killed it
-    std::string output;       // standard output and standard error as they came; empty unless it is all UTF-8
+    std::int32_t status = 0;  // its exit status, or the number of the signal that killed it
+    std::string output;       // standard output and standard error, interleaved; empty unless valid UTF-8
 };
 
-/// Runs an executable, named by its path, and waits for it, however long it takes. No shell is involved. The
-/// tool reads the null device and has this process's environment, with a PATH that ends in the folders of the
-/// usual package managers. Throws FileError when it cannot be started.
+/// Runs the executable at a path and waits for it without a timeout. No shell is involved. The tool's
+/// standard input is the null device. It inherits this process's environment; the folders of common package
+/// managers are appended to its PATH. Throws FileError if it cannot be started.
 ProcessResult runProcess(const std::string& executable, const std::vector<std::string>& arguments);
 
 }  // namespace quorvantis

@@ -8,26 +8,26 @@
 
 namespace quorvantis {
 
-/// A place in a JSON document: the chain of keys and indices that leads there. The root is a path without
-/// parent.
+/// The position of a value in a JSON document: a list, linked from the value to the root, of the key or index
+/// of each container member. Elements refer to their parent, which must outlive them; the root has none.
 struct CodingPath {
     const CodingPath* parent = nullptr;
-    std::string_view key = {};  // empty: an array's element
-    std::size_t index = 0;
+    std::string_view key = {};  // of an object's member; empty for an array's element
+    std::size_t index = 0;      // of an array's element
 
-    /// As in "items[0].id"; empty for the root.
+    /// The path in the form "items[0].id"; empty for the root.
     std::string text() const;
 };
 
-/// JSON that cannot be read as what it should be. `what()` is one sentence for the user.
+/// A text is not JSON, or not the JSON of the expected type. `what()` is one sentence for the user.
 class DecodingError : public std::runtime_error {
   public:
     /// A required value is absent or null.
     static DecodingError missing(const CodingPath& path);
-    /// A value has the wrong type, or the text is no JSON at all.
+    /// A value has the wrong type, or the text is not JSON.
     static DecodingError mistyped(const CodingPath& path);
 
-    /// Where the value stands, as CodingPath writes it.
+    /// The position of the value, as CodingPath::text.
     const std::string& path() const { return path_; }
 
   private:
@@ -36,13 +36,14 @@ class DecodingError : public std::runtime_error {
     std::string path_;
 };
 
-/// A value that JSON cannot hold. `what()` is one sentence for the user.
+/// A value cannot be written as JSON: a date that is not finite, or containers nested too deeply. `what()` is
+/// one sentence for the user.
 class EncodingError : public std::runtime_error {
   public:
     EncodingError();
 };
 
-/// The value, or a DecodingError for one of the wrong type.
+/// Returns the value. Throws DecodingError `mistyped` if it is empty.
 template <class T>
 T required(std::optional<T> value, const CodingPath& path) {
     if (!value) throw DecodingError::mistyped(path);

@@ -6,17 +6,17 @@ namespace quorvantis {
 
 using namespace std::chrono;
 
-static Date dateOf(system_clock::time_point time) {
+static Date toDate(system_clock::time_point time) {
     constexpr sys_days referenceDate = 2001y / January / 1;
     return {duration<double>(time - referenceDate).count()};
 }
 
 Date Date::now() {
-    return dateOf(system_clock::now());
+    return toDate(system_clock::now());
 }
 
 Date Date::sinceEpoch(std::int64_t time) {
-    return dateOf(system_clock::time_point(seconds(time)));
+    return toDate(system_clock::time_point(seconds(time)));
 }
 
 }  // namespace quorvantis

@@ -7,15 +7,18 @@
 
 namespace quorvantis {
 
-/// Containers nested deeper than this are refused on reading and on writing.
+/// The maximum nesting of containers, both for reading and for writing.
 inline constexpr std::size_t maximumJSONDepth = 512;
 
-/// One value of a parsed document, in the document's list of nodes: a container is followed by what it holds.
+/// One value in a document's list of nodes. A container's node is followed by those of its content: an
+/// array's elements, or an object's keys and values in turn.
 struct JSONNode {
     enum class Kind : std::uint8_t { null, boolean, number, string, array, object };
 
-    const char* text = nullptr;  // of a string, or a number as it was written
-    std::size_t size = 1;  // of the text in bytes; of a container in nodes, its own included; 1 for true
+    const char* text = nullptr;  // of a string, or of a number as written
+    // Of a string or number, the size of the text in bytes; of a container, its number of nodes, including
+    // this one; of a boolean, 1 for true and 0 for false.
+    std::size_t size = 1;
     Kind kind = Kind::null;
 
     std::string_view view() const { return {text, size}; }
@@ -24,10 +27,10 @@ struct JSONNode {
     const JSONNode* next() const { return this + (isContainer() ? size : 1); }
 };
 
-/// A JSON value (RFC 8259) that was read. It looks into its JSONDocument and is valid as long as that is.
+/// A view of a JSON value (RFC 8259) in a JSONDocument, which must outlive it.
 ///
-/// The reading operations answer nothing when the value is of another type, so that each default stands where
-/// the value is read: `params["clientInfo"]["name"].string().value_or("MCP client")`.
+/// The accessors return an empty optional unless the value has their type, so that the reader supplies the
+/// default: `params["clientInfo"]["name"].string().value_or("MCP client")`.
 class JSON {
   public:
     using Kind = JSONNode::Kind;
@@ -35,7 +38,7 @@ class JSON {
     class Elements;
     class Members;
 
-    /// A JSON null.
+    /// A null.
     JSON();
     explicit JSON(const JSONNode* node) : node_(node) {}
 
@@ -43,23 +46,23 @@ class JSON {
     std::optional<bool> boolean() const;
     /// Valid UTF-8.
     std::optional<std::string_view> string() const;
-    /// Any number whose value is integral and fits 64 bits, however it is written: 20, 20.0 and 2e1 are 20.
+    /// A number whose value is an integer of 64 bits, in any notation: 20, 20.0 and 2e1 are all 20.
     std::optional<std::int64_t> integer() const;
-    /// Any number within the range of double.
+    /// A number within the range of double.
     std::optional<double> number() const;
-    /// Any number, as the text that it was read from: every digit of 1e400 or of 30 digits is there.
+    /// A number of any size and precision, as written in the document.
     std::optional<std::string_view> numberText() const;
 
-    /// An array's elements; none when this is no array.
+    /// The elements of an array; empty unless this is an array.
     Elements elements() const;
-    /// An object's members in their order, no key twice; none when this is no object.
+    /// The members of an object in document order, with unique keys; empty unless this is an object.
     Members members() const;
-    /// The member with this key; nothing when there is none, or this is no object.
+    /// The value of the member with this key; empty if there is none. Searches linearly.
     std::optional<JSON> find(std::string_view key) const;
-    /// The same, with a null in the place of a missing member.
+    /// Like `find`, but returns a null if there is none.
     JSON operator[](std::string_view key) const;
 
-    /// Whether this is an array with elements of that kind alone.
+    /// Whether this is an array and all its elements are of that kind.
     bool isArrayOf(Kind kind) const;
 
   private:
@@ -85,7 +88,7 @@ class JSON::Elements {
     Iterator end() const { return {end_}; }
     bool empty() const { return first_ == end_; }
     JSON front() const { return JSON(first_); }
-    /// Counts them one by one.
+    /// Takes linear time.
     std::size_t count() const;
 
   private:

@@ -24,8 +24,8 @@ namespace quorvantis {
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-constexpr std::size_t mostNodesReserved = 1024;
-constexpr std::size_t fewMembers = 16;
+constexpr std::size_t maximumReservedNodes = 1024;
+constexpr std::size_t maximumPairwiseMembers = 16;
 
 using Kind = JSONNode::Kind;
 
@@ -39,7 +39,7 @@ bool hasRepeatedKey(JSON object) {
 
 }  // namespace
 
-/// Receives the parser's events and lists the nodes.
+/// Receives the parser's events and builds the list of nodes.
 class JSONBuilder {
   public:
     static constexpr std::size_t max_object_size = std::numeric_limits<std::size_t>::max();
@@ -52,7 +52,7 @@ class JSONBuilder {
 
     JSONBuilder(JSONDocument& document, std::string_view text)
         : nodes_(document.nodes_), unescaped_(document.unescaped_), text_(text) {
-        nodes_.reserve(std::min(text.size() / 4 + 1, mostNodesReserved));
+        nodes_.reserve(std::min(text.size() / 4 + 1, maximumReservedNodes));
     }
 
     bool on_document_begin(Error&) { return true; }
@@ -95,16 +95,16 @@ class JSONBuilder {
         return add({.kind = kind});
     }
 
-    /// Ends the container that was opened last and answers its place.
+    /// Closes the innermost open container and returns its position.
     std::size_t close() {
         const std::size_t place = opened_[--depth_];
         nodes_[place].size = nodes_.size() - place;
         return place;
     }
 
-    /// A text with escapes comes in parts, which are put together here.
+    /// Appends a part: the parser splits a text with escapes.
     bool addPart(Text part) {
-        // Never longer than the text read, so that the memory never moves; pages left untouched cost nothing.
+        // All parts together are shorter than the input, so the memory never moves. Untouched pages are free.
         if (!unescaped_) unescaped_ = std::make_unique_for_overwrite<char[]>(text_.size());
         std::memcpy(unescaped_.get() + partsEnd_, part.data(), part.size());
         partsEnd_ += part.size();
@@ -119,15 +119,15 @@ class JSONBuilder {
         return add({unescaped_.get() + start, partsEnd_ - start, kind});
     }
 
-    // The parser hands over a text with escapes in a buffer of its own.
+    // The parser passes a text with escapes in its own buffer.
     bool isInText(const char* place) const {
         const std::less_equal<const char*> notAfter;
         return notAfter(text_.data(), place) && notAfter(place, text_.data() + text_.size());
     }
 
     void keepFirstOfEachKey(std::size_t place, std::size_t members) {
-        // Comparing each with each is the faster way for a few keys, and ruinous for a hostile million.
-        if (members <= fewMembers && !hasRepeatedKey(JSON(&nodes_[place]))) return;
+        // Pairwise comparison is faster for a few keys, but quadratic.
+        if (members <= maximumPairwiseMembers && !hasRepeatedKey(JSON(&nodes_[place]))) return;
         std::unordered_set<std::string_view> seen;
         std::size_t kept = place + 1;
         for (std::size_t key = place + 1; key < nodes_.size();) {
@@ -143,7 +143,7 @@ class JSONBuilder {
     std::vector<JSONNode>& nodes_;
     std::unique_ptr<char[]>& unescaped_;
     std::string_view text_;
-    std::size_t partsStart_ = 0, partsEnd_ = 0;  // of the text under way, in `unescaped_`
+    std::size_t partsStart_ = 0, partsEnd_ = 0;  // of the current text, in `unescaped_`
     std::array<std::size_t, maximumJSONDepth> opened_;
     std::size_t depth_ = 0;
 };

@@ -10,16 +10,15 @@
 
 namespace quorvantis {
 
-/// A JSON text that was read, with the memory of its values. It may be moved; its values stay valid.
+/// A parsed JSON text; owns the memory of its values. Moving it keeps them valid.
 class JSONDocument {
   public:
-    /// Reads one document, strictly: nothing but white space around it, valid UTF-8, no lone surrogates. A
-    /// leading byte-order mark is skipped; of members with the same key the first counts. Nothing when the
-    /// text is anything else, is nested too deeply, or holds a number with an exponent that, once the point
-    /// is shifted behind the digits, leaves 32 bits. The values look into the text: it must outlive the
-    /// document.
+    /// Parses strictly: exactly one value with optional white space around it, valid UTF-8, no lone
+    /// surrogates. A leading byte-order mark is skipped; of members with the same key the first one wins.
+    /// Returns empty if the text is malformed or nested too deeply, or if the exponent of a number, written
+    /// without a decimal point, does not fit 32 bits. The document refers to the text, which must outlive it.
     static std::optional<JSONDocument> parse(std::string_view text);
-    /// The same for a text that the document keeps.
+    /// Like `parse`, but the document owns the text.
     static std::optional<JSONDocument> parseOwned(std::string text);
 
     JSON root() const { return JSON(nodes_.data()); }
@@ -29,7 +28,7 @@ class JSONDocument {
     friend class JSONBuilder;
     std::unique_ptr<const std::string> text_;
     std::vector<JSONNode> nodes_;
-    std::unique_ptr<char[]> unescaped_;  // the texts that had escapes in them
+    std::unique_ptr<char[]> unescaped_;  // the strings and keys that were written with escapes
 };
 
 }  // namespace quorvantis

@@ -16,19 +16,19 @@ R readJSON(const std::string& path) {
     return decodedRecord<R>(readFile(path));
 }
 
-/// Replaces the file in one step and then sets its mode, which must not be negative. Throws FileError, and
-/// HelperFailure `configuration` when the mode cannot be set: the file is in place then.
+/// Replaces the file atomically, then sets its mode, which must not be negative. Throws FileError; or, once
+/// the file is in place, HelperFailure `configuration` if the mode cannot be set.
 void writeProtected(const std::string& path, std::string_view content, std::int16_t permissions);
 
-/// The same with a record's JSON; makes the folders that are missing. Throws EncodingError besides.
+/// Writes a record's JSON in the same way, after creating missing folders. May also throw EncodingError.
 template <class T>
 void writeJSON(const T& record, const std::string& path, std::int16_t permissions = 0600) {
     makeFolders(parentPath(path));
     writeProtected(path, encodedRecord(record), permissions);
 }
 
-/// The same for advisory records, which tell the desktop application what goes on: every failure is dropped,
-/// since no session and no prompt is worth losing over one.
+/// Like `writeJSON`, for records that only inform the desktop application. Errors are dropped on purpose:
+/// they must not end a session or stop a prompt.
 template <class T>
 void writeAdvisoryJSON(const T& record, const std::string& path) noexcept {
     try {

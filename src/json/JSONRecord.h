@@ -20,8 +20,8 @@
 
 namespace quorvantis {
 
-// A record is an aggregate whose static `fields()` answers a tuple with one `Field` a member, in declaration
-// order:
+// A record is an aggregate whose static `fields()` returns a tuple with one `Field` per member, in
+// declaration order:
 //
 //     struct Point {
 //         std::int64_t x = 0;
@@ -31,13 +31,13 @@ namespace quorvantis {
 //         }
 //     };
 //
-// Reading and writing both walk that list. A plain member is required when reading. An optional one is left
-// out when it is empty, and a missing or null key reads as empty. Unknown keys are ignored.
+// Both decoding and encoding iterate over that tuple. A member is required unless it is a std::optional: an
+// empty optional is not written, and a missing or null key is read as empty. Unknown keys are ignored.
 
-/// A record's field: its JSON key, which is the member's name, and the member.
+/// A member of a record, and its JSON key, which equals the member's name.
 template <class R, class T>
 struct Field {
-    constexpr Field(std::string_view key, T R::*place) : name(key), member(place) {}
+    constexpr Field(std::string_view key, T R::*pointer) : name(key), member(pointer) {}
     std::string_view name;
     T R::*member;
 };
@@ -47,7 +47,8 @@ concept Record = requires {
     R::fields();
 };
 
-/// How values of type T stand in JSON: `decode` reads one that is not null, `encode` writes one.
+/// Converts values of type T from and to JSON. `decode` is not called for null. It throws DecodingError;
+/// `encode` throws EncodingError.
 template <class T>
 struct Coding;
 
@@ -93,8 +94,8 @@ struct Coding<UUID> {
     static void encode(const UUID& uuid, JSONWriter& writer) { writer.value(uuid.upperCaseText()); }
 };
 
-/// An enumeration stands as the text of its case, as `caseNames` lists them in order: an operation beside the
-/// enumeration that takes any value of it.
+/// An enumeration is coded as a string. `caseNames(Enumeration)`, a function in the enumeration's namespace
+/// that ignores its argument's value, returns the strings in the order of the enumerators.
 template <class Enumeration>
 requires std::is_enum_v<Enumeration>
 struct Coding<Enumeration> {
@@ -170,7 +171,7 @@ struct Coding<R> {
     }
 };
 
-/// Reads a record, or an array of records, from JSON text. Throws DecodingError.
+/// Decodes a record, or a vector of records, from JSON text. Throws DecodingError.
 template <class T>
 T decodedRecord(std::string_view text) {
     const CodingPath root;
@@ -178,7 +179,8 @@ T decodedRecord(std::string_view text) {
     return Coding<T>::decode(document.root(), root);
 }
 
-/// Writes it as compact JSON. Throws EncodingError for a date that is no number.
+/// Encodes a record, or a vector of records, as compact JSON. Throws EncodingError for a date that is not
+/// finite.
 template <class T>
 std::string encodedRecord(const T& value) {
     JSONWriter writer(Slashes::escaped);

@@ -11,12 +11,12 @@ namespace quorvantis {
 
 namespace {
 
-constexpr std::size_t pieceSize = 512;    // bytes of a string that are escaped at a time
-constexpr std::size_t longestEscape = 6;  // \u001f
-constexpr std::size_t usualSize = 240;    // bytes of a short message
+constexpr std::size_t pieceSize = 512;        // bytes of a string that are escaped at a time
+constexpr std::size_t maximumEscapeSize = 6;  // \u001f
+constexpr std::size_t initialCapacity = 240;  // bytes, enough for a short message
 
-/// The letter of a two-character escape, 'u' for a control written as \u00xx, 0 for a byte that stands as it
-/// is.
+/// For each byte the letter of its two-character escape; 'u' for a control character written as \u00xx; 0 if
+/// it needs no escape.
 constexpr std::array<char, 256> escapes = [] {
     std::array<char, 256> table{};
     for (std::size_t control = 0; control < 0x20; ++control) table[control] = 'u';
@@ -35,8 +35,8 @@ constexpr std::uint64_t everyByte(std::uint8_t byte) {
     return 0x0101010101010101u * byte;
 }
 
-// The high bit of each byte that is below `bound` (at most 128). Above the lowest such byte it can be set
-// wrongly, so only the lowest is to be trusted.
+// Sets the high bit of each byte that is below `bound` (at most 128). Only the lowest set bit is reliable: a
+// borrow can set the bits above it.
 constexpr std::uint64_t bytesBelow(std::uint64_t bytes, std::uint8_t bound) {
     return (bytes - everyByte(bound)) & ~bytes & everyByte(0x80);
 }
@@ -45,7 +45,7 @@ constexpr std::uint64_t bytesEqual(std::uint64_t bytes, char byte) {
     return bytesBelow(bytes ^ everyByte(static_cast<std::uint8_t>(byte)), 1);
 }
 
-/// How many bytes at the front of the eight need no escape.
+/// The number of leading bytes, of eight, that need no escape.
 template <Slashes slashes>
 std::size_t plainPrefix(const char* eight) {
     static_assert(std::endian::native == std::endian::little);
@@ -56,7 +56,7 @@ std::size_t plainPrefix(const char* eight) {
     return static_cast<std::size_t>(std::countr_zero(found)) / 8;
 }
 
-/// Writes one byte, with its escape if it needs one, and answers the place behind it. The same below.
+/// Writes one byte, escaped if necessary. Both overloads return the end of what they wrote.
 template <Slashes slashes>
 char* escape(char character, char* to) {
     const char letter = escapes[static_cast<std::uint8_t>(character)];
@@ -86,7 +86,7 @@ char* escape(std::string_view piece, char* to) {
 }  // namespace
 
 JSONWriter::JSONWriter(Slashes slashes, std::size_t enclosing) : slashes_(slashes), depth_(enclosing) {
-    text_.reserve(usualSize);
+    text_.reserve(initialCapacity);
 }
 
 void JSONWriter::value(std::string_view string) {
@@ -112,7 +112,7 @@ void JSONWriter::value(JSON value) {
     }
 }
 
-// A slash can stand in a string only, so its escape needs no look at what is around it.
+// Slashes occur only in strings, so they can be escaped without parsing.
 void JSONWriter::value(const JSONText& written) {
     separate();
     std::string_view rest = written.text;
@@ -134,7 +134,7 @@ std::string JSONWriter::take() {
     return std::move(text_);
 }
 
-/// Comes before every value and every key.
+/// Called before each value and each key.
 void JSONWriter::separate() {
     if (needsComma_) text_ += ',';
     needsComma_ = true;
@@ -167,7 +167,7 @@ void JSONWriter::quote(std::string_view string) {
 }
 
 void JSONWriter::escapePiece(std::string_view piece) {
-    std::array<char, pieceSize * longestEscape> escaped;
+    std::array<char, pieceSize * maximumEscapeSize> escaped;
     char* const end = slashes_ == Slashes::bare ? escape<Slashes::bare>(piece, escaped.data())
                                                 : escape<Slashes::escaped>(piece, escaped.data());
     text_.append(escaped.data(), end);

@@ -10,20 +10,20 @@
 
 namespace quorvantis {
 
-/// JSON that is already written: compact, with bare slashes.
+/// A serialized JSON value: compact, with unescaped slashes.
 struct JSONText {
     std::string text;
 };
 
-/// How `/` is written inside strings.
+/// Whether `/` in strings is written as `\/` or as it is.
 enum class Slashes { escaped, bare };
 
-/// Writes compact JSON, piece by piece, from texts that are valid UTF-8. Only what must be escaped is, and
-/// slashes where it is asked for; everything else is raw UTF-8.
+/// Writes compact JSON incrementally. All strings must be valid UTF-8. Only quotation marks, backslashes,
+/// control characters and, if requested, slashes are escaped.
 class JSONWriter {
   public:
-    /// `enclosing` is the number of containers that will stand around the text, where it is spliced into
-    /// others.
+    /// `enclosing` is the number of containers into which the text will be inserted; it counts towards the
+    /// maximum depth.
     explicit JSONWriter(Slashes slashes, std::size_t enclosing = 0);
 
     void value(std::same_as<bool> auto truth) { literal(truth ? "true" : "false"); }
@@ -35,10 +35,10 @@ class JSONWriter {
     void value(const std::string& string) { value(std::string_view(string)); }
     void value(JSON value);
     void value(const JSONText& written);
-    /// A value that writes itself, as `jsonObject` makes one.
+    /// A value written by a function, such as the result of `jsonObject`.
     void value(const std::invocable<JSONWriter&> auto& write) { write(*this); }
     void null() { literal("null"); }
-    /// A value as it stands in JSON, without a slash: a number's text, or `null`.
+    /// Writes JSON text unchanged; it must not contain a slash.
     void literal(std::string_view text);
 
     void beginArray() { begin('['); }
@@ -48,7 +48,7 @@ class JSONWriter {
     /// A member's key; its value must follow.
     void key(std::string_view key);
 
-    /// A whole object from keys and values in turn: `object("code", code, "message", message)`.
+    /// Writes an object from alternating keys and values: `object("code", code, "message", message)`.
     template <class... KeysAndValues>
     void object(const KeysAndValues&... keysAndValues) {
         beginObject();
@@ -56,7 +56,7 @@ class JSONWriter {
         endObject();
     }
 
-    /// Members of an object that is begun.
+    /// Writes members of the current object from alternating keys and values.
     void members() {}
     template <class Value, class... Rest>
     void members(std::string_view memberKey, const Value& memberValue, const Rest&... rest) {
@@ -65,7 +65,7 @@ class JSONWriter {
         members(rest...);
     }
 
-    /// What was written. Throws EncodingError when containers were nested too deeply.
+    /// Returns the text. Throws EncodingError if containers were nested too deeply. Call it once, last.
     std::string take();
 
   private:
@@ -82,13 +82,14 @@ class JSONWriter {
     std::string text_;
 };
 
-/// An object from keys and values in turn, to be written within the same expression: it refers to the values.
+/// Returns a function that writes an object from alternating keys and values. It refers to its arguments, so
+/// it must be called within the same full expression.
 template <class... KeysAndValues>
 auto jsonObject(const KeysAndValues&... keysAndValues) {
     return [&](JSONWriter& writer) { writer.object(keysAndValues...); };
 }
 
-/// One value as JSON. Throws EncodingError.
+/// Serializes one value. Throws EncodingError.
 template <class Value>
 JSONText jsonText(const Value& value) {
     JSONWriter writer(Slashes::bare);

@@ -10,9 +10,9 @@ namespace quorvantis {
 
 namespace {
 
-constexpr std::int64_t mostDigits = 19;  // of a 64-bit integer
+constexpr std::int64_t maximumDigits = 19;  // of a 64-bit integer
 
-std::int64_t exponentOf(std::string_view text) {
+std::int64_t parseExponent(std::string_view text) {
     if (text.starts_with('+')) text.remove_prefix(1);
     std::int64_t exponent = 0;
     std::from_chars(text.data(), text.data() + text.size(), exponent);
@@ -26,14 +26,14 @@ struct Decimal {
     std::int64_t exponent = 0;
 };
 
-Decimal decimalOf(std::string_view text) {
+Decimal parseDecimal(std::string_view text) {
     Decimal decimal;
     if (text.starts_with('-')) {
         decimal.negative = true;
         text.remove_prefix(1);
     }
     if (const auto e = text.find_first_of("eE"); e != text.npos) {
-        decimal.exponent = exponentOf(text.substr(e + 1));
+        decimal.exponent = parseExponent(text.substr(e + 1));
         text = text.substr(0, e);
     }
     const auto point = text.find('.');
@@ -57,10 +57,11 @@ std::optional<std::int64_t> integerFromNumberText(std::string_view text) {
         const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
         return result.ec == std::errc() ? std::optional(value) : std::nullopt;
     }
-    const Decimal decimal = decimalOf(text);
+    const Decimal decimal = parseDecimal(text);
     if (decimal.digits.empty()) return 0;
     if (decimal.exponent < 0) return std::nullopt;
-    if (static_cast<std::int64_t>(decimal.digits.size()) + decimal.exponent > mostDigits) return std::nullopt;
+    if (static_cast<std::int64_t>(decimal.digits.size()) + decimal.exponent > maximumDigits)
+        return std::nullopt;
     return integerFromNumberText((decimal.negative ? "-" : "") + decimal.digits +
                                  std::string(static_cast<std::size_t>(decimal.exponent), '0'));
 }

@@ -7,16 +7,15 @@
 
 namespace quorvantis {
 
-/// The value of a JSON number's text when it is integral and fits 64 bits, decided on the text alone so that
-/// no rounding enters: 9007199254740993.0 and 1.5e1 are integers, 1.5 and 1e30 are not. The exponent must fit
-/// 32 bits.
+/// The value of a JSON number; empty unless it is an integer of 64 bits. Computed from the digits, without
+/// rounding: 9007199254740993.0 and 1.5e1 are integers, 1.5 and 1e30 are not. The exponent must fit 32 bits.
 std::optional<std::int64_t> integerFromNumberText(std::string_view text);
 
-/// The nearest double; nothing beyond the range of double.
+/// The nearest double; empty if the number exceeds the range of double.
 std::optional<double> doubleFromNumberText(std::string_view text);
 
-/// The shortest of the texts with 15, 16 and 17 significant digits that reads back as the same double. The
-/// value must be finite.
+/// Formats a finite value with 15, 16 or 17 significant digits: the fewest that are read back as the same
+/// double.
 std::string shortestNumberText(double value);
 
 }  // namespace quorvantis

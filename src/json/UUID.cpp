@@ -11,15 +11,15 @@ namespace {
 
 constexpr std::size_t textLength = 36;
 
-bool isHyphenPlace(std::size_t place) {
-    return place == 8 || place == 13 || place == 18 || place == 23;
+bool isHyphenPosition(std::size_t position) {
+    return position == 8 || position == 13 || position == 18 || position == 23;
 }
 
 std::string text(const UUID& uuid, std::string_view digits) {
     std::string text;
     text.reserve(textLength);
     for (const std::uint8_t byte : uuid.bytes) {
-        if (isHyphenPlace(text.size())) text += '-';
+        if (isHyphenPosition(text.size())) text += '-';
         text += digits[byte >> 4];
         text += digits[byte & 15];
     }
@@ -28,7 +28,7 @@ std::string text(const UUID& uuid, std::string_view digits) {
 
 }  // namespace
 
-// Not by libuuid: its generator makes four more system calls than this, and they are felt in every tool call.
+// libuuid's generator makes four more system calls, a measurable part of a tool call.
 UUID UUID::random() {
     UUID uuid;
     if (getentropy(uuid.bytes.data(), uuid.bytes.size()) != 0) std::abort();
@@ -41,12 +41,12 @@ std::optional<UUID> UUID::parse(std::string_view text) {
     if (text.size() != textLength) return std::nullopt;
     UUID uuid;
     std::size_t digits = 0;
-    for (std::size_t place = 0; place < textLength; ++place) {
-        if (isHyphenPlace(place)) {
-            if (text[place] != '-') return std::nullopt;
+    for (std::size_t position = 0; position < textLength; ++position) {
+        if (isHyphenPosition(position)) {
+            if (text[position] != '-') return std::nullopt;
             continue;
         }
-        const auto value = hexadecimalValue(text[place]);
+        const auto value = hexadecimalValue(text[position]);
         if (!value) return std::nullopt;
         std::uint8_t& byte = uuid.bytes[digits++ / 2];
         byte = static_cast<std::uint8_t>(byte << 4 | *value);

@@ -12,13 +12,13 @@ namespace quorvantis {
 struct UUID {
     std::array<std::uint8_t, 16> bytes{};
 
-    /// A new random one (version 4).
+    /// Generates a random UUID (version 4).
     static UUID random();
-    /// Reads the canonical 36 characters, 8-4-4-4-12 hexadecimal digits in either case; nothing for another
-    /// text.
+    /// Parses the canonical form of 36 characters, 8-4-4-4-12 hexadecimal digits in either case; empty for
+    /// any other text.
     static std::optional<UUID> parse(std::string_view text);
 
-    /// The canonical text in upper case, as records hold it.
+    /// The canonical form in upper case, as written in records.
     std::string upperCaseText() const;
     std::string lowerCaseText() const;
 

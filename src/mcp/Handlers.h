@@ -8,7 +8,8 @@
 
 /// The handlers of the tools, and the form in which agents see the broker's replies. A handler takes the
 /// call's arguments and the session's identity, makes at most one broker request, and returns the result, an
-/// object. It throws HelperFailure: `invalidArguments` before it makes a request, `unavailable` afterwards.
+/// object. It throws what BrokerClient throws, and HelperFailure: `invalidArguments`, always before it makes
+/// a request, or `unavailable`.
 namespace quorvantis::QuorvantisMCP {
 
 /// Arguments: "attachments", an array of objects that identify an image by file, asset identifier or hashes;
