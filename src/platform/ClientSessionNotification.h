@@ -4,8 +4,8 @@
 
 namespace quorvantis::platform {
 
-/// Tells the desktop application, if one listens, that the client session of `agent` has changed. On
-/// Linux waits 100 ms at the longest; never fails: nobody depends on the message being heard.
+/// Notifies the desktop application, if it is listening, that the client session of `agent` has changed.
+/// Blocks for at most 100 ms on Linux. Errors are ignored: the notification is optional.
 void postClientSessionChanged(const std::string& agent);
 
 }  // namespace quorvantis::platform

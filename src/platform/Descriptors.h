@@ -7,7 +7,7 @@
 
 namespace quorvantis::platform {
 
-/// Owns one file descriptor and closes it; -1 stands for none.
+/// Owns a file descriptor, or none (-1). The destructor closes it.
 class Descriptor {
   public:
     Descriptor() = default;
@@ -28,24 +28,24 @@ class Descriptor {
     int descriptor_ = -1;
 };
 
-/// A new pipe that no child process inherits, unless it is handed over.
+/// A pipe with close-on-exec set on both ends.
 struct Pipe {
-    /// Throws std::system_error.
+    /// Creates a pipe. Throws std::system_error.
     Pipe();
 
     Descriptor reading;
     Descriptor writing;
 };
 
-/// Opens an AF_UNIX stream socket that no child process inherits. Empty when the system refuses one; errno
-/// says why.
+/// Opens an AF_UNIX stream socket with close-on-exec set. On failure returns an empty descriptor and sets
+/// errno.
 Descriptor openLocalSocket();
 
-/// Makes `sendSome` on this socket fail instead of raising SIGPIPE. Returns false when the system refuses.
+/// Makes `sendSome` on this socket fail instead of raising SIGPIPE. Returns false on failure.
 bool disableBrokenPipeSignal(const Descriptor& socket);
 
-/// Sends at most `bytes.size()` bytes, without SIGPIPE. Returns the count sent, or a negative number with
-/// errno set.
+/// Sends at most `bytes.size()` bytes without raising SIGPIPE. Returns the number sent, or a negative number
+/// and sets errno.
 std::ptrdiff_t sendSome(const Descriptor& socket, std::string_view bytes);
 
 }  // namespace quorvantis::platform

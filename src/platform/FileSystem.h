@@ -7,13 +7,15 @@
 
 namespace quorvantis::platform {
 
-/// When the file's content or attributes were last changed.
+/// The time of the last change of the file's content or attributes (st_ctime).
 timespec changeTime(const struct stat& status);
 
-/// Whether two path texts are equal by the rules of the system's own text comparison. No file is looked at.
+/// Whether two paths are equal as strings: byte by byte on Linux, by canonical equivalence (Unicode Standard
+/// Annex 15) on macOS. Does not access the file system.
 bool samePathText(std::string_view one, std::string_view other);
 
-/// The path with its symbolic links resolved; the path as given when it does not resolve.
+/// The path with its symbolic links resolved, in Foundation's form on macOS; unchanged if it cannot be
+/// resolved.
 std::string resolvingSymbolicLinks(const std::string& path);
 
 }  // namespace quorvantis::platform

@@ -7,7 +7,7 @@
 
 namespace quorvantis::platform {
 
-/// The environment variable's value at this moment; empty when it is not set.
+/// The current value of an environment variable; empty if it is not set.
 inline std::optional<std::string> environmentVariable(const char* name) {
     const char* value = std::getenv(name);
     return value ? std::optional<std::string>(value) : std::nullopt;
@@ -18,14 +18,15 @@ inline std::optional<std::string> environmentVariable(const char* name) {
 /// libraries: its entry for the effective user, or for the real one when the effective user is root.
 std::string homeFolder();
 
-/// The first argument that this process was started with, as its parent gave it.
+/// This process's argv[0], as passed by its parent.
 std::string firstArgument();
 
-/// The path of the executable that a process runs; empty when the system does not tell.
+/// The path of the executable that a process is running; empty if there is no such process or it cannot be
+/// inspected.
 std::optional<std::string> executablePath(pid_t process);
 
-/// Asks the allocator to keep a few MiB of freed memory. The next call needs what the last one freed; giving
-/// the pages back in between costs more than all the rest of a large call.
+/// Makes the allocator keep a few MiB of freed memory for the next call. Returning the pages to the system
+/// after each call takes longer than the rest of a large call.
 void keepFreedMemory();
 
 }  // namespace quorvantis::platform

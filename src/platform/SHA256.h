@@ -7,14 +7,14 @@
 
 namespace quorvantis::platform {
 
-/// SHA-256 (FIPS 180-4), fed piece by piece.
+/// Computes a SHA-256 (FIPS 180-4) incrementally.
 class SHA256 {
   public:
     using Digest = std::array<std::uint8_t, 32>;
 
     SHA256();
     void update(std::span<const std::byte> bytes);
-    /// The digest of everything fed. Ends the computation: call it once, last.
+    /// Returns the digest of all bytes. Call it once, last.
     Digest finish();
 
   private:

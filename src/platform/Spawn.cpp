@@ -13,21 +13,22 @@ namespace quorvantis::platform {
 
 namespace {
 
-/// What posix_spawn is told besides the program: the child's descriptors, and all signals as a program
-/// expects them at its start.
-class Conditions {
+/// The file actions and attributes for posix_spawn: the child gets the descriptors as 0, 1, 2 and so on,
+/// default signal handlers and an empty signal mask.
+class SpawnAttributes {
   public:
-    explicit Conditions(const std::vector<int>& descriptors) : places_(static_cast<int>(descriptors.size())) {
+    explicit SpawnAttributes(const std::vector<int>& descriptors)
+        : descriptorCount_(static_cast<int>(descriptors.size())) {
         posix_spawn_file_actions_init(&actions_);
         posix_spawnattr_init(&attributes_);
-        int place = 0;
-        for (const int descriptor : descriptors) give(descriptor, place++);
+        int target = 0;
+        for (const int descriptor : descriptors) pass(descriptor, target++);
         resetSignals();
-        inheritOnly(places_, actions_, attributes_);
+        inheritOnly(descriptorCount_, actions_, attributes_);
     }
-    Conditions(const Conditions&) = delete;
-    Conditions& operator=(const Conditions&) = delete;
-    ~Conditions() {
+    SpawnAttributes(const SpawnAttributes&) = delete;
+    SpawnAttributes& operator=(const SpawnAttributes&) = delete;
+    ~SpawnAttributes() {
         posix_spawnattr_destroy(&attributes_);
         posix_spawn_file_actions_destroy(&actions_);
     }
@@ -36,17 +37,18 @@ class Conditions {
     const posix_spawnattr_t* attributes() const { return &attributes_; }
 
   private:
-    void give(int descriptor, int place) {
+    void pass(int descriptor, int target) {
         if (descriptor == Spawn::nullDevice)
-            posix_spawn_file_actions_addopen(&actions_, place, "/dev/null", O_RDWR, 0);
+            posix_spawn_file_actions_addopen(&actions_, target, "/dev/null", O_RDWR, 0);
         else
-            posix_spawn_file_actions_adddup2(&actions_, source(descriptor), place);
+            posix_spawn_file_actions_adddup2(&actions_, source(descriptor), target);
     }
 
-    /// The descriptor, or one like it that is none of the places: filling those would overwrite it.
+    /// Returns the descriptor, or a duplicate if its number is one of the targets, which the file actions
+    /// overwrite one by one.
     int source(int descriptor) {
-        if (descriptor >= places_) return descriptor;
-        Descriptor copy(fcntl(descriptor, F_DUPFD_CLOEXEC, places_));
+        if (descriptor >= descriptorCount_) return descriptor;
+        Descriptor copy(fcntl(descriptor, F_DUPFD_CLOEXEC, descriptorCount_));
         if (!copy) throw std::system_error(errno, std::generic_category());
         return copies_.emplace_back(std::move(copy)).get();
     }
@@ -60,7 +62,7 @@ class Conditions {
         posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
     }
 
-    int places_;
+    int descriptorCount_;
     std::vector<Descriptor> copies_;
     posix_spawn_file_actions_t actions_;
     posix_spawnattr_t attributes_;
@@ -76,12 +78,13 @@ std::vector<char*> pointers(const std::vector<std::string>& texts) {
 }  // namespace
 
 Child Spawn::start() const {
-    const Conditions conditions(descriptors);
-    std::vector<std::string> words = arguments;
-    words.insert(words.begin(), executable);
+    const SpawnAttributes spawnAttributes(descriptors);
+    std::vector<std::string> argv = arguments;
+    argv.insert(argv.begin(), executable);
     pid_t child = -1;
-    const int code = posix_spawn(&child, executable.c_str(), conditions.actions(), conditions.attributes(),
-                                 pointers(words).data(), pointers(environment).data());
+    const int code =
+        posix_spawn(&child, executable.c_str(), spawnAttributes.actions(), spawnAttributes.attributes(),
+                    pointers(argv).data(), pointers(environment).data());
     if (code != 0) throw std::system_error(code, std::generic_category());
     return Child(child);
 }

@@ -8,8 +8,8 @@
 
 namespace quorvantis::platform {
 
-/// A child process that was started, or none. It is waited for when this goes, so that the system forgets it;
-/// SIGCHLD must not be ignored.
+/// Owns a child process, or none. The destructor waits for it to end and reaps it. SIGCHLD must not be
+/// ignored.
 class Child {
   public:
     Child() = default;
@@ -21,33 +21,34 @@ class Child {
     }
     ~Child();
 
-    pid_t id() const { return id_; }  // 0 when there is none
-    /// Ends it by SIGKILL, if there is one.
+    pid_t id() const { return id_; }  // 0 if there is none
+    /// Sends SIGKILL. Does nothing if there is no child.
     void kill() const;
-    /// Waits for it to end. Answers its exit status, or the number of the signal that killed it. From then on
-    /// there is none.
+    /// Waits for the child to end and reaps it; afterwards there is none. Returns its exit status, or the
+    /// number of the signal that killed it. There must be a child.
     int wait();
 
   private:
     pid_t id_ = 0;
 };
 
-/// A child process to be: what it runs, and all that it inherits.
+/// Describes a child process to start: its program and everything that it inherits.
 struct Spawn {
     static constexpr int nullDevice = -1;
 
-    std::string executable;                // its path; it is not searched for
+    std::string executable;                // a path; PATH is not searched
     std::vector<std::string> arguments;    // without the program's own name
     std::vector<std::string> environment;  // NAME=value
-    /// The descriptors that become 0, 1, 2 and so on in the child, or `nullDevice`. It gets no others.
+    /// The descriptors that become 0, 1, 2 and so on in the child; `nullDevice` opens /dev/null. The child
+    /// gets no others.
     std::vector<int> descriptors;
 
-    /// Starts it, with no signal ignored or blocked. Throws std::system_error.
+    /// Starts the process with no signals ignored or blocked. Throws std::system_error.
     Child start() const;
 };
 
-/// Makes a child that is started with these inherit the first `count` descriptors, which its file actions
-/// make, and no others. Call it last: it adds to the actions and to the flags that were set before.
+/// Restricts a child to the descriptors below `count`, which its file actions must create. Call it last: it
+/// adds to the actions and to the flags.
 void inheritOnly(int count, posix_spawn_file_actions_t& actions, posix_spawnattr_t& attributes);
 
 }  // namespace quorvantis::platform

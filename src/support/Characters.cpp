@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::int32_t capitalIWithDot = 0x130;
 
-/// Takes the first code point off the text.
+/// Removes the first code point from the text and returns it.
 std::int32_t takeCodePoint(std::string_view& text) {
     std::int32_t codePoint = 0;
     const auto size = utf8proc_iterate(reinterpret_cast<const std::uint8_t*>(text.data()),
@@ -48,9 +48,9 @@ std::size_t characterCount(std::string_view text) {
     return count;
 }
 
-bool isCharacterBoundary(std::string_view text, std::size_t place) {
-    if (place == 0 || place == text.size()) return true;
-    std::size_t before = place - 1;
+bool isCharacterBoundary(std::string_view text, std::size_t position) {
+    if (position == 0 || position == text.size()) return true;
+    std::size_t before = position - 1;
     while (before > 0 && (text[before] & 0xC0) == 0x80) --before;
     std::string_view rest = text.substr(before);
     const std::int32_t last = takeCodePoint(rest);
@@ -62,7 +62,7 @@ std::string lowerCased(std::string_view text) {
     while (!text.empty()) {
         const std::int32_t codePoint = takeCodePoint(text);
         if (codePoint == capitalIWithDot)
-            lower += "i\u0307";  // the only one that becomes two code points: utf8proc maps one to one
+            lower += "i\u0307";  // becomes two code points, which utf8proc cannot do
         else
             append(lower, utf8proc_tolower(codePoint));
     }

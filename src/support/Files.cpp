@@ -34,7 +34,7 @@ void writeWhole(const Descriptor& file, std::string_view content) {
     }
 }
 
-/// A new file beside the one that it is going to replace, removed unless it did.
+/// A new file in the folder of the file that it will replace. The destructor removes it unless it was moved.
 class TemporaryFile {
   public:
     explicit TemporaryFile(const std::string& target)
@@ -61,9 +61,9 @@ class TemporaryFile {
 };
 
 Descriptor opened(const std::string& path) {
-    if (path.find('\0') != path.npos) throw FileError::reading(path, ENOENT);  // no name holds one
-    // Not blocking: opening a FIFO would wait for its writer. Opening a socket fails with ENXIO, on macOS
-    // with EOPNOTSUPP.
+    if (path.find('\0') != path.npos) throw FileError::reading(path, ENOENT);  // no path contains a NUL
+    // O_NONBLOCK because opening a FIFO would wait for a writer. Opening a socket fails with ENXIO, or
+    // EOPNOTSUPP on macOS.
     Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (!file) throw FileError::reading(path, errno);
     return file;

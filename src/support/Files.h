@@ -11,37 +11,39 @@
 
 namespace quorvantis {
 
-/// A file operation that the system refused. `what()` is one sentence for the user.
+/// A file operation failed. `what()` is one sentence for the user.
 class FileError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 
-    /// A file that could not be opened or read; `code` is the system's error number.
+    // `code` is the system's error number.
+
+    /// A file could not be opened or read.
     static FileError reading(std::string_view path, int code);
-    /// An executable that could not be started.
+    /// An executable could not be started.
     static FileError starting(std::string_view path, int code);
-    /// Any other refusal.
+    /// Any other operation failed.
     static FileError system(int code);
 };
 
 /// A regular file, open for reading.
 class ReadableFile {
   public:
-    /// What changes when somebody writes to the file.
+    /// Changes whenever the file is written to.
     struct State {
-        off_t size;  // bytes
-        timespec changed;
+        off_t size;        // bytes
+        timespec changed;  // st_ctime
 
         bool operator==(const State& other) const;
     };
 
-    /// Opens it, without waiting for anybody. Throws FileError, also for all that is no regular file.
+    /// Opens the file without blocking. Throws FileError, also if it is not a regular file.
     explicit ReadableFile(const std::string& path);
 
     const platform::Descriptor& descriptor() const { return descriptor_; }
     State state() const;
 
-    /// Reads it from its start to its end, piece by piece, and answers the count of bytes. Throws FileError.
+    /// Reads the whole file in pieces and returns its size in bytes. Throws FileError.
     off_t read(const std::function<void(std::string_view piece)>& take) const;
 
   private:
@@ -49,18 +51,19 @@ class ReadableFile {
     platform::Descriptor descriptor_;
 };
 
-/// Reads a regular file from its start to its end, piece by piece.
+// The functions below throw FileError.
+
+/// Reads a regular file in pieces.
 void readFile(const std::string& path, const std::function<void(std::string_view piece)>& take);
 
-/// The whole content of a regular file.
+/// Returns the content of a regular file.
 std::string readFile(const std::string& path);
 
-/// Puts `content` in the file's place in one step: who reads it sees the old file or the whole new one. A
-/// symbolic link at the path is replaced, not followed. The new file is readable and writable by its owner
-/// only.
+/// Replaces the file atomically: readers see either the old file or the complete new one. A symbolic link at
+/// the path is replaced, not followed. The new file has mode 0600.
 void replaceFile(const std::string& path, std::string_view content);
 
-/// Makes the folder and those above it, as far as they are missing.
+/// Creates the folder and its missing parents.
 void makeFolders(const std::string& path);
 
 }  // namespace quorvantis

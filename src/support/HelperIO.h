@@ -8,13 +8,13 @@ namespace quorvantis::HelperIO {
 /// Writes the message and a line feed to standard error, in one write.
 void error(std::string_view message);
 
-/// The text in single quotes, as one word for a POSIX shell (XCU 2.2.2).
+/// Quotes the text as one word for a POSIX shell, in single quotes (XCU 2.2.2).
 std::string shellQuoted(std::string_view text);
 
 /// The SHA-256 of the bytes as 64 lower-case hexadecimal digits.
 std::string sha256(std::string_view data);
 
-/// The same, of a whole file. Throws FileError.
+/// The SHA-256 of a file's content, in the same form. Throws FileError.
 std::string sha256FileAt(const std::string& path);
 
 }  // namespace quorvantis::HelperIO

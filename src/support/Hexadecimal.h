@@ -19,10 +19,10 @@ constexpr std::optional<std::uint8_t> hexadecimalValue(char digit) {
     return std::nullopt;
 }
 
-/// Whether the text is made of `count` hexadecimal digits, and of lower-case ones.
+/// Whether the text consists of exactly `count` lower-case hexadecimal digits.
 bool isLowerCaseHexadecimal(std::string_view text, std::size_t count);
 
-/// The bytes as two lower-case digits each.
+/// Formats each byte as two lower-case digits.
 std::string hexadecimal(std::span<const std::uint8_t> bytes);
 
 }  // namespace quorvantis

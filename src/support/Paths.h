@@ -5,19 +5,19 @@
 
 namespace quorvantis {
 
-// Paths are texts here and stay as their owner wrote them: manifests are compared with their text.
+// Paths are strings and are not normalized beyond what is said here, because manifests are compared as text.
 
-/// The absolute form of a path: an absolute one as given, without trailing slashes; a relative one after the
-/// current folder, with its "." and ".." segments removed. Symbolic links are left alone.
+/// Removes trailing slashes from an absolute path. Resolves a relative path, with its "." and ".." segments,
+/// against the current folder. Symbolic links are not resolved.
 std::string absolutePath(std::string_view path);
 
-/// The path of `name` in `folder`, with one slash between.
+/// The path of `name` in `folder`. Adds a slash unless `folder` ends in one.
 std::string joinedPath(std::string_view folder, std::string_view name);
 
-/// What stands after the last slash, trailing slashes aside; "/" for the root.
+/// The part after the last slash, ignoring trailing slashes; "/" for the root.
 std::string lastPathComponent(std::string_view path);
 
-/// What stands before the last component: "." for a single relative component, "/" below the root.
+/// The path without its last component: "." for a relative path of one component, "/" for a path in the root.
 std::string parentPath(std::string_view path);
 
 }  // namespace quorvantis

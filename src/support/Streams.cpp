@@ -11,9 +11,11 @@ namespace quorvantis {
 
 namespace {
 
-constexpr std::size_t usualCapacity = 65536;  // what a pipe holds
+constexpr std::size_t defaultCapacity = 65536;  // the capacity of a pipe
 
-bool mayTryAgain(int descriptor, short event) {
+/// After a failed read or write: waits until the descriptor is ready if it would have blocked. Returns false
+/// for other errors than EAGAIN and EINTR.
+bool canRetry(int descriptor, short event) {
     if (errno == EINTR) return true;
     if (errno != EAGAIN && errno != EWOULDBLOCK) return false;
     pollfd waiting = {.fd = descriptor, .events = event, .revents = 0};
@@ -30,7 +32,7 @@ void reserveStandardStreams() {
 bool writeStream(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && !mayTryAgain(descriptor, POLLOUT)) return false;
+        if (written < 0 && !canRetry(descriptor, POLLOUT)) return false;
         if (written > 0) bytes.remove_prefix(static_cast<std::size_t>(written));
     }
     return true;
@@ -39,8 +41,9 @@ bool writeStream(int descriptor, std::string_view bytes) {
 std::optional<std::string_view> LineReader::next() {
     for (;;) {
         if (searched_ < end_) {
-            const void* feed = std::memchr(buffer_.get() + searched_, '\n', end_ - searched_);
-            if (feed) return take(static_cast<std::size_t>(static_cast<const char*>(feed) - buffer_.get()));
+            const void* lineFeed = std::memchr(buffer_.get() + searched_, '\n', end_ - searched_);
+            if (lineFeed)
+                return take(static_cast<std::size_t>(static_cast<const char*>(lineFeed) - buffer_.get()));
             searched_ = end_;
         }
         if (fill()) continue;
@@ -49,7 +52,7 @@ std::optional<std::string_view> LineReader::next() {
     }
 }
 
-/// Reads once more into the buffer. False at the end of the stream.
+/// Reads more bytes into the buffer. Returns false at the end of the stream or on failure.
 bool LineReader::fill() {
     if (start_ > 0) {
         std::memmove(buffer_.get(), buffer_.get() + start_, end_ - start_);
@@ -57,9 +60,11 @@ bool LineReader::fill() {
         searched_ -= start_;
         start_ = 0;
     }
-    const bool outgrown = end_ == 0 && capacity_ > usualCapacity;  // after a long line
-    if (end_ == capacity_ || outgrown) {
-        const std::size_t capacity = outgrown ? usualCapacity : capacity_ ? capacity_ * 2 : usualCapacity;
+    const bool oversized = end_ == 0 && capacity_ > defaultCapacity;  // after a long line
+    if (end_ == capacity_ || oversized) {
+        const std::size_t capacity = oversized   ? defaultCapacity
+                                     : capacity_ ? capacity_ * 2
+                                                 : defaultCapacity;
         char* moved = static_cast<char*>(std::realloc(buffer_.get(), capacity));
         if (!moved) throw std::bad_alloc();
         static_cast<void>(buffer_.release());
@@ -68,19 +73,19 @@ bool LineReader::fill() {
     }
     for (;;) {
         const ssize_t count = read(descriptor_, buffer_.get() + end_, capacity_ - end_);
-        if (count < 0 && mayTryAgain(descriptor_, POLLIN)) continue;
+        if (count < 0 && canRetry(descriptor_, POLLIN)) continue;
         if (count <= 0) return false;
         end_ += static_cast<std::size_t>(count);
         return true;
     }
 }
 
-/// The bytes up to `end`, a line feed's place or the stream's end.
+/// Returns the line that ends at `end`, the position of a line feed or the end of the stream.
 std::string_view LineReader::take(std::size_t end) {
     std::string_view line(buffer_.get() + start_, end - start_);
-    const bool hasFeed = end < end_;
-    start_ = searched_ = hasFeed ? end + 1 : end;
-    if (hasFeed && line.ends_with('\r')) line.remove_suffix(1);
+    const bool hasLineFeed = end < end_;
+    start_ = searched_ = hasLineFeed ? end + 1 : end;
+    if (hasLineFeed && line.ends_with('\r')) line.remove_suffix(1);
     return line;
 }
 

@@ -7,21 +7,23 @@
 
 namespace quorvantis {
 
-/// Opens each standard stream that the parent left closed onto the null device, the wrong way round, so that
-/// no file or socket opened later is taken for it: reading then fails as at end of input, and writing fails.
+/// Opens /dev/null for each standard stream that the parent left closed, so that no file opened later gets
+/// its number. Standard input is opened for writing and the others for reading, so using them fails as if
+/// closed.
 void reserveStandardStreams();
 
-/// Writes all the bytes, in one write as far as the system takes them. Waits where a stream does not block.
-/// False when the stream takes no more.
+/// Writes all the bytes, with a single write if the system accepts that many. Blocks even if the stream is
+/// non-blocking. Returns false if the stream is closed or broken.
 bool writeStream(int descriptor, std::string_view bytes);
 
-/// Cuts a stream into lines of any length at its line feeds.
+/// Splits a stream into lines of any length.
 class LineReader {
   public:
+    /// Does not own the descriptor.
     explicit LineReader(int descriptor) : descriptor_(descriptor) {}
 
-    /// The next line without its LF or CRLF, valid until the next call. Nothing at the end of the stream, or
-    /// when reading fails; what stands after the last line feed is a line too.
+    /// Blocks until there is a whole line. Returns it without its LF or CRLF, valid until the next call;
+    /// empty at the end of the stream, or if reading fails. Text after the last line feed counts as a line.
     std::optional<std::string_view> next();
 
   private:
@@ -35,9 +37,10 @@ class LineReader {
     int descriptor_;
     std::unique_ptr<char, Free> buffer_;
     std::size_t capacity_ = 0;
-    std::size_t start_ = 0;     // of the bytes not yet taken
-    std::size_t end_ = 0;       // of the bytes read
-    std::size_t searched_ = 0;  // up to here, from start_ on, no line feed
+    // Positions in the buffer: [start_, end_) is unread, and [start_, searched_) contains no line feed.
+    std::size_t start_ = 0;
+    std::size_t end_ = 0;
+    std::size_t searched_ = 0;
 };
 
 }  // namespace quorvantis

@@ -10,8 +10,8 @@ namespace {
 constexpr std::string_view replacement = "\xEF\xBF\xBD";
 
 struct Lead {
-    std::size_t length;        // of the whole sequence; 0 when the byte starts none
-    std::uint8_t least, most;  // the range of the second byte
+    std::size_t length;             // of the whole sequence; 0 if the byte cannot start one
+    std::uint8_t minimum, maximum;  // of the second byte
 };
 
 Lead lead(std::uint8_t byte) {
@@ -30,13 +30,13 @@ struct Part {
     bool wellFormed;
 };
 
-/// The character at the front, or the maximal ill-formed part there.
+/// The code point at the front, or the maximal ill-formed part.
 Part front(std::string_view bytes) {
     const Lead lead = quorvantis::lead(static_cast<std::uint8_t>(bytes[0]));
     if (lead.length == 0) return {1, false};
     for (std::size_t i = 1; i < lead.length; ++i) {
         const auto byte = i < bytes.size() ? static_cast<std::uint8_t>(bytes[i]) : std::uint8_t{0};
-        const bool fits = i == 1 ? byte >= lead.least && byte <= lead.most : (byte & 0xC0) == 0x80;
+        const bool fits = i == 1 ? byte >= lead.minimum && byte <= lead.maximum : (byte & 0xC0) == 0x80;
         if (!fits) return {i, false};
     }
     return {lead.length, true};

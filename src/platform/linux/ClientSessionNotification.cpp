@@ -15,8 +15,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Whether each of the addresses (D-Bus, "Server Addresses") is a local socket. The other kinds
-/// are left alone: to resolve a host or to start a program can take any time, and no deadline reaches it.
+/// Whether all of the addresses (D-Bus specification, "Server Addresses") are local sockets. Other kinds are
+/// not used: resolving a host or starting a program can take any time, regardless of the deadline.
 bool areLocal(std::string_view addresses) {
     for (;;) {
         if (!addresses.starts_with("unix:")) return false;
@@ -32,8 +32,8 @@ bool hasSessionBus() {
     return folder && access((std::string(folder) + "/bus").c_str(), F_OK) == 0;
 }
 
-/// The part of libsystemd that is needed here. The library is opened only when there is a bus to speak to,
-/// for loading it costs more than the rest of a start.
+/// The functions of libsystemd that are used here. The library is loaded only if there is a bus, because
+/// loading takes longer than the rest of the start-up.
 struct BusLibrary {
     decltype(&sd_bus_open_user) openUser = nullptr;
     decltype(&sd_bus_emit_signal) emitSignal = nullptr;
@@ -62,7 +62,7 @@ struct BusLibrary {
     }
 };
 
-// Not sd_bus_flush: it waits without a bound for a bus that accepts the connection and then says nothing.
+// sd_bus_flush would block without a timeout on a bus that accepts the connection but never replies.
 void sendQueued(const BusLibrary& library, sd_bus* bus, Clock::time_point deadline) {
     for (;;) {
         const int handled = library.process(bus, nullptr);

@@ -20,7 +20,7 @@ Descriptor openLocalSocket() {
 }
 
 bool disableBrokenPipeSignal(const Descriptor&) {
-    return true;  // each send says MSG_NOSIGNAL
+    return true;  // `sendSome` passes MSG_NOSIGNAL
 }
 
 std::ptrdiff_t sendSome(const Descriptor& socket, std::string_view bytes) {

@@ -19,7 +19,7 @@ std::string firstArgument() {
 }
 
 std::optional<std::string> executablePath(pid_t process) {
-    std::array<char, 4096> path;  // PATH_MAX: the kernel gives no longer one
+    std::array<char, 4096> path;  // PATH_MAX, the kernel's limit
     const std::string link = "/proc/" + std::to_string(process) + "/exe";
     const ssize_t length = readlink(link.c_str(), path.data(), path.size());
     if (length < 1) return std::nullopt;
@@ -28,8 +28,8 @@ std::optional<std::string> executablePath(pid_t process) {
 
 void keepFreedMemory() {
     constexpr int mebibyte = 1024 * 1024;
-    mallopt(M_TRIM_THRESHOLD, 16 * mebibyte);  // a call with the longest reply needs half of it
-    mallopt(M_MMAP_THRESHOLD, 4 * mebibyte);   // and no single block beyond this
+    mallopt(M_TRIM_THRESHOLD, 16 * mebibyte);  // twice what a call with a reply of maximum size needs
+    mallopt(M_MMAP_THRESHOLD, 4 * mebibyte);   // larger than any single block of such a call
 }
 
 }  // namespace quorvantis::platform

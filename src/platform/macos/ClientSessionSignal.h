@@ -2,8 +2,8 @@
 
 namespace quorvantis::platform {
 
-/// The name of the distributed notification that says that an agent's client session has changed. Its object
-/// is the agent.
+/// The name of the distributed notification for a change of an agent's client session. Its object is the
+/// agent.
 inline constexpr char clientSessionChanged[] = "com.quorvantis.client-session-changed";
 
 }  // namespace quorvantis::platform

@@ -9,8 +9,8 @@
 
 namespace quorvantis::platform {
 
-// There is no pipe2. Until the marks are set, a child that another thread starts could inherit the pipe; one
-// that Spawn starts does not, because it gets POSIX_SPAWN_CLOEXEC_DEFAULT.
+// There is no pipe2. Before FD_CLOEXEC is set, a child started by another thread could inherit the pipe; not
+// one started by Spawn, which sets POSIX_SPAWN_CLOEXEC_DEFAULT.
 Pipe::Pipe() {
     std::array<int, 2> ends;
     if (pipe(ends.data()) != 0) throw std::system_error(errno, std::generic_category());

@@ -30,8 +30,7 @@ bool isBelow(std::string_view folder, std::string_view path) {
     return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
 }
 
-/// The folders whose names Foundation keeps below "/private", whatever the shorter one may lead to: those of
-/// the system's root.
+/// Whether the path is in a folder of the root file system. Foundation never removes "/private" before these.
 bool isInTopFolder(std::string_view path) {
     constexpr std::array<std::string_view, 12> folders = {"/Applications", "/Library", "/System", "/Users",
                                                           "/Volumes",      "/bin",     "/cores",  "/dev",
@@ -39,8 +38,8 @@ bool isInTopFolder(std::string_view path) {
     return std::any_of(folders.begin(), folders.end(), [&](auto folder) { return isBelow(folder, path); });
 }
 
-/// Foundation's form of a resolved path: /tmp, /var and /etc are links to folders in /private, and it keeps
-/// their short names.
+/// Converts a resolved path to Foundation's form, which keeps the short names of /tmp, /var and /etc, links
+/// into /private.
 std::string withoutPrivate(const std::string& path) {
     constexpr std::string_view prefix = "/private";
     if (path.size() <= prefix.size() || !isBelow(prefix, path)) return path;

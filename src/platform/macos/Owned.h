@@ -11,12 +11,12 @@ struct Release {
     void operator()(CFTypeRef object) const { CFRelease(object); }
 };
 
-/// Owns one reference to a Core Foundation object, of Core Graphics and Image I/O too, and releases it. Made
-/// from what a function with "Create" or "Copy" in its name answers; null stands for none.
+/// Owns one reference to a Core Foundation object (also of Core Graphics or Image I/O), or null. Construct it
+/// from the result of a function with "Create" or "Copy" in its name. The destructor releases the object.
 template <class Reference>
 using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Release>;
 
-/// A string of the text; null when it is not UTF-8.
+/// Creates a string; null if the text is not valid UTF-8.
 inline Owned<CFStringRef> ownedString(std::string_view text) {
     return Owned<CFStringRef>(
         CFStringCreateWithBytes(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(text.data()),

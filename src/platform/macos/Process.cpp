@@ -30,6 +30,6 @@ std::optional<std::string> executablePath(pid_t process) {
     return std::string(path.data(), strnlen(path.data(), static_cast<std::size_t>(length)));
 }
 
-void keepFreedMemory() {}  // the system's allocator does so by itself
+void keepFreedMemory() {}  // the system's allocator does this by default
 
 }  // namespace quorvantis::platform

@@ -8,7 +8,7 @@ namespace quorvantis::platform {
 
 namespace {
 
-constexpr std::size_t longestPiece = std::size_t{1} << 30;  // CC_LONG has 32 bits
+constexpr std::size_t maximumPieceSize = std::size_t{1} << 30;  // CC_LONG has 32 bits
 
 CC_SHA256_CTX* context(std::array<std::byte, 128>& state) {
     static_assert(sizeof(CC_SHA256_CTX) <= sizeof state && alignof(CC_SHA256_CTX) <= 8);
@@ -23,7 +23,7 @@ SHA256::SHA256() {
 
 void SHA256::update(std::span<const std::byte> bytes) {
     while (!bytes.empty()) {
-        const auto piece = bytes.first(std::min(bytes.size(), longestPiece));
+        const auto piece = bytes.first(std::min(bytes.size(), maximumPieceSize));
         CC_SHA256_Update(context(state_), piece.data(), static_cast<CC_LONG>(piece.size()));
         bytes = bytes.subspan(piece.size());
     }
