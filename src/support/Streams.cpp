@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::size_t defaultCapacity = 65536;  // the capacity of a pipe
 
-/// After a failed read or write: waits until the descriptor is ready if it would have blocked. Returns false
-/// for other errors than EAGAIN and EINTR.
+/// Whether the read or write that has just failed can be repeated. If it would have blocked, waits until the
+/// descriptor is ready.
 bool canRetry(int descriptor, short event) {
     if (errno == EINTR) return true;
     if (errno != EAGAIN && errno != EWOULDBLOCK) return false;

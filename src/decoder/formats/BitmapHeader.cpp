@@ -12,10 +12,10 @@ constexpr std::size_t coreHeaderSize = 12;
 constexpr std::size_t infoHeaderSize = 40;
 constexpr std::size_t redGreenBlueHeaderSize = 52;  // with masks
 constexpr std::size_t os2HeaderSize = 64;
-constexpr std::size_t longestHeaderSize = 124;
+constexpr std::size_t maximumHeaderSize = 124;
 constexpr std::uint32_t embeddedProfile = 0x4D424544;  // "MBED"
 
-/// The fields of a header, whatever its kind; those that it lacks are 0.
+/// The fields of a header of any kind; those that it lacks are 0.
 class Fields {
   public:
     Fields(const PictureFile& file, std::uint64_t position) {
@@ -38,13 +38,13 @@ class Fields {
   private:
     std::int64_t signed32(std::size_t at) const { return static_cast<std::int32_t>(number32(at)); }
 
-    std::array<std::uint8_t, longestHeaderSize> bytes_ = {};
+    std::array<std::uint8_t, maximumHeaderSize> bytes_ = {};
     std::size_t size_ = 0;
 };
 
-/// How many masks the compression brings; none for those by runs.
+/// The number of masks that go with the compression; 0 for run-length encoding.
 std::size_t maskCount(const Fields& fields) {
-    if (fields.size() == os2HeaderSize) return 0;  // its compression 3 is another
+    if (fields.size() == os2HeaderSize) return 0;  // compression 3 has another meaning in OS/2
     if (fields.compression() == 6) return 4;
     if (fields.compression() == 3) return fields.size() >= redGreenBlueHeaderSize + 4 ? 4 : 3;
     return 0;
@@ -71,20 +71,20 @@ void readMasks(const PictureFile& file, const Fields& fields, std::uint64_t posi
 
 void readPalette(const PictureFile& file, const Fields& fields, BitmapHeader& header) {
     const std::size_t entrySize = fields.isCore() ? 3 : 4;
-    const std::size_t most = std::size_t{1} << header.bits;
+    const std::size_t maximumCount = std::size_t{1} << header.bits;
     const std::size_t count =
-        fields.usedColours() == 0 ? most : std::min<std::size_t>(fields.usedColours(), most);
+        fields.usedColours() == 0 ? maximumCount : std::min<std::size_t>(fields.usedColours(), maximumCount);
     std::vector<std::uint8_t> entries(count * entrySize);
     file.read(header.end, entries);
     for (std::size_t at = 0; at < entries.size(); at += entrySize)
         header.palette.push_back({entries[at + 2], entries[at + 1], entries[at]});
-    header.palette.resize(most);  // black, for what the file does not name
+    header.palette.resize(maximumCount);  // colours that the file does not define are black
     header.end +=
         fields.usedColours() == 0 ? entries.size() : std::uint64_t{fields.usedColours()} * entrySize;
 }
 
 ColourSpace colours(const PictureFile& file, const Fields& fields, std::uint64_t position) {
-    if (fields.size() < longestHeaderSize || fields.number32(56) != embeddedProfile) return {};
+    if (fields.size() < maximumHeaderSize || fields.number32(56) != embeddedProfile) return {};
     const std::uint64_t start = position + fields.number32(112);
     const std::uint64_t size = fields.number32(116);
     if (start > file.size() || size > file.size() - start) return {};

@@ -8,13 +8,13 @@ namespace quorvantis::decoder {
 
 namespace {
 
-/// The bits that the mask chooses, as a sample of 8 bits: round(v * 255 / most). 255 when it chooses none.
+/// The masked bits scaled to 8 bits: round(value * 255 / maximum). 255 for an empty mask.
 std::uint8_t maskedSample(std::uint32_t pixel, std::uint32_t mask) {
     if (mask == 0) return 255;
     const int shift = std::countr_zero(mask);
-    const std::uint64_t most = mask >> shift;
+    const std::uint64_t maximum = mask >> shift;
     const std::uint64_t value = (pixel & mask) >> shift;
-    return static_cast<std::uint8_t>((value * 255 + most / 2) / most);
+    return static_cast<std::uint8_t>((value * 255 + maximum / 2) / maximum);
 }
 
 }  // namespace
@@ -23,7 +23,7 @@ BitmapRows::BitmapRows(const PictureFile& file, const BitmapHeader& header, std:
     : file_(file), header_(header), position_(position) {
     const auto width = static_cast<std::size_t>(header.size.width);
     if (header.compression == BitmapHeader::Compression::none)
-        // The padding of the last row need not be there.
+        // Without padding, which the last row may lack.
         stored_.resize((width * static_cast<std::size_t>(header.bits) + 7) / 8);
     else
         indices_ = readBitmapRuns(file, header, position);

@@ -5,14 +5,14 @@ namespace quorvantis::decoder {
 
 namespace {
 
-/// Puts the indices where the runs say. What would stand outside of the picture is left out.
-class Runs {
+/// Decodes the runs. Pixels outside of the picture are ignored.
+class RunDecoder {
   public:
-    Runs(const PictureFile& file, const BitmapHeader& header, std::uint64_t position)
+    RunDecoder(const PictureFile& file, const BitmapHeader& header, std::uint64_t position)
         : reader_(file, position),
           width_(static_cast<std::size_t>(header.size.width)),
           height_(static_cast<std::size_t>(header.size.height)),
-          halfBytes_(header.compression == BitmapHeader::Compression::runs4),
+          nibbles_(header.compression == BitmapHeader::Compression::runs4),
           indices_(width_ * height_) {}
 
     std::vector<std::uint8_t> decode() {
@@ -46,15 +46,15 @@ class Runs {
     }
 
     void run(std::size_t count, std::size_t value) {
-        for (std::size_t i = 0; i < count; ++i) put(halfBytes_ ? half(value, i) : value);
+        for (std::size_t i = 0; i < count; ++i) put(nibbles_ ? nibble(value, i) : value);
     }
 
     void literal(std::size_t count) {
-        const std::size_t perByte = halfBytes_ ? 2 : 1;
+        const std::size_t perByte = nibbles_ ? 2 : 1;
         std::size_t value = 0;
         for (std::size_t i = 0; i < count; ++i) {
             if (i % perByte == 0) value = byte();
-            put(halfBytes_ ? half(value, i) : value);
+            put(nibbles_ ? nibble(value, i) : value);
         }
         const std::size_t bytes = (count + perByte - 1) / perByte;
         if (bytes % 2 == 1) byte();
@@ -70,11 +70,11 @@ class Runs {
         ++y_;
     }
 
-    static std::size_t half(std::size_t byte, std::size_t i) { return i % 2 == 0 ? byte >> 4 : byte & 15; }
+    static std::size_t nibble(std::size_t byte, std::size_t i) { return i % 2 == 0 ? byte >> 4 : byte & 15; }
 
     PictureReader reader_;
     std::size_t width_, height_;
-    bool halfBytes_;
+    bool nibbles_;
     std::vector<std::uint8_t> indices_;
     std::size_t x_ = 0, y_ = 0;
 };
@@ -83,7 +83,7 @@ class Runs {
 
 std::vector<std::uint8_t> readBitmapRuns(const PictureFile& file, const BitmapHeader& header,
                                          std::uint64_t position) {
-    return Runs(file, header, position).decode();
+    return RunDecoder(file, header, position).decode();
 }
 
 }  // namespace quorvantis::decoder

@@ -24,12 +24,12 @@ constexpr std::array magics = {
     Magic{Format::webp, "WEBP"sv, 8},
     Magic{Format::tiff, "II*\0"sv},
     Magic{Format::tiff, "MM\0*"sv},
-    Magic{Format::tiff, "II+\0"sv},  // of 64-bit offsets
+    Magic{Format::tiff, "II+\0"sv},  // BigTIFF
     Magic{Format::tiff, "MM\0+"sv},
     Magic{Format::bmp, "BM"sv},
     Magic{Format::ico, "\0\0\1\0"sv},
     Magic{Format::jpeg2000, "\0\0\0\x0cjP  \r\n\x87\n"sv},
-    Magic{Format::jpeg2000, "\xff\x4f\xff\x51"sv},  // the bare code stream
+    Magic{Format::jpeg2000, "\xff\x4f\xff\x51"sv},  // a bare code stream
 };
 
 constexpr std::array heifBrands = {"heic"sv, "heix"sv, "hevc"sv, "hevx"sv, "heim"sv,

@@ -19,7 +19,7 @@ class Decoder {
 
     Size screen() const { return {gif_->SWidth, gif_->SHeight}; }
 
-    /// Goes to the first frame and decodes it.
+    /// Decodes the first frame.
     void readFrame() {
         while (nextRecord() != IMAGE_DESC_RECORD_TYPE) readExtension();
         require(DGifGetImageDesc(gif_));
@@ -30,7 +30,7 @@ class Decoder {
         readIndices();
     }
 
-    /// Draws what the frame has of the screen's row. `rgba` is all transparent before.
+    /// Draws the frame's part of row `y` of the screen onto `rgba`.
     void drawRow(int y, std::span<std::uint8_t> rgba) const {
         if (y < frame().Top || y >= frame().Top + frame().Height) return;
         const auto* indices = indices_.data() + static_cast<std::size_t>(y - frame().Top) * width();
@@ -93,7 +93,7 @@ class Decoder {
     GifFileType* gif_;
     int transparent_ = NO_TRANSPARENT_COLOR;
     std::vector<GifColorType> colours_;
-    std::vector<GifByteType> indices_;  // of the frame, one a pixel
+    std::vector<GifByteType> indices_;  // of the frame, one per pixel
 };
 
 }  // namespace

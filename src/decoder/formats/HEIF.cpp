@@ -17,7 +17,7 @@ void require(const heif_error& error) {
     if (error.code != heif_error_Ok) giveUp();
 }
 
-/// The first picture of the file that no other one is made of.
+/// The first top-level image: one that is not a part or thumbnail of another.
 Owned<heif_image_handle> firstPicture(heif_context* context) {
     heif_item_id item = 0;
     if (heif_context_get_list_of_top_level_image_IDs(context, &item, 1) < 1) giveUp();
@@ -42,7 +42,7 @@ PictureHeader pictureHeader(const heif_image_handle* handle) {
     return header;
 }
 
-/// Decodes it as RGBA, of 8 bits or more, turned and cropped as the file says.
+/// Decodes the image as RGBA of 8 or more bits per sample, with the file's rotation and cropping applied.
 Owned<heif_image> decoded(const heif_image_handle* handle) {
     const Owned<heif_decoding_options> options(heif_decoding_options_alloc(), &heif_decoding_options_free);
     options->strict_decoding = 1;

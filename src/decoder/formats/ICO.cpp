@@ -10,8 +10,8 @@ namespace {
 constexpr std::size_t directoryHeaderSize = 6;
 constexpr std::size_t entrySize = 16;
 
-/// Where the first picture of the file stands.
-std::uint64_t firstPicture(const PictureFile& file) {
+/// The position of the file's first picture.
+std::uint64_t firstPicturePosition(const PictureFile& file) {
     std::array<std::uint8_t, entrySize> entry;
     file.read(directoryHeaderSize, entry);
     return littleEndian(entry, 12, 4);
@@ -23,7 +23,7 @@ bool isPNG(const PictureFile& file, std::uint64_t position) {
     return recognisedFormat(std::span(start).first(size)) == Format::png;
 }
 
-/// The mask below an icon's picture: one bit a pixel, 1 where nothing is to be seen.
+/// The mask after an icon's picture: one bit per pixel, 1 where it is transparent.
 class Mask {
   public:
     Mask(const PictureFile& file, const BitmapHeader& picture) : file_(file), header_(picture) {
@@ -32,7 +32,7 @@ class Mask {
         row_.resize(header_.storedRowSize());
     }
 
-    void cut(std::int64_t y, std::span<std::uint8_t> rgba) {
+    void apply(std::int64_t y, std::span<std::uint8_t> rgba) {
         const auto row = static_cast<std::uint64_t>(header_.size.height - 1 - y);
         file_.read(position_ + row * row_.size(), row_);
         for (std::size_t x = 0; x * 4 < rgba.size(); ++x)
@@ -48,7 +48,7 @@ class Mask {
 
 DecodedPixels readBitmapEntry(const PictureFile& file, std::uint64_t position) {
     auto header = readBitmapHeader(file, position);
-    header.size.height /= 2;  // picture and mask count together
+    header.size.height /= 2;  // it counts the rows of the picture and of the mask
     if (header.bits == 32) header.masks[3] = 0xFF000000;
     UprightPicture picture({.size = header.size, .declared = {}, .layout = Layout::rgba});
     BitmapRows rows(file, header, header.end);
@@ -56,7 +56,7 @@ DecodedPixels readBitmapEntry(const PictureFile& file, std::uint64_t position) {
     std::vector<std::uint8_t> row(picture.rowSize());
     for (std::int64_t y = 0; y < header.size.height; ++y) {
         rows.read(y, row);
-        if (header.bits < 32) mask.cut(y, row);
+        if (header.bits < 32) mask.apply(y, row);
         picture.addRow(row);
     }
     return picture.finish();
@@ -65,7 +65,7 @@ DecodedPixels readBitmapEntry(const PictureFile& file, std::uint64_t position) {
 }  // namespace
 
 DecodedPixels readICO(const PictureFile& file) {
-    const auto position = firstPicture(file);
+    const auto position = firstPicturePosition(file);
     return isPNG(file, position) ? readPNG(file, position) : readBitmapEntry(file, position);
 }
 

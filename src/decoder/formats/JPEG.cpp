@@ -10,10 +10,11 @@ namespace quorvantis::decoder {
 
 namespace {
 
-constexpr int mostScans = 100;  // encoders write ten or so; each costs a pass over the whole picture
+constexpr int maximumScans = 100;  // encoders write about ten; each takes a pass over the whole picture
 
-/// What libjpeg calls back while it decodes. The C structures come first, so that a pointer to them is one to
-/// these.
+// The callbacks of libjpeg. They derive from its C structures, so that pointers can be converted.
+
+/// Reads the file.
 struct Source : jpeg_source_mgr {
     explicit Source(PictureReader& reader) : jpeg_source_mgr(), reader_(reader) {
         init_source = [](j_decompress_ptr) {};
@@ -57,18 +58,17 @@ struct ErrorManager : jpeg_error_mgr {
         output_message = [](j_common_ptr) {};
     }
 
-    bool decodesRows = false;
+    bool decodingRows = false;
 
   private:
-    /// From its rows on, a warning says that libjpeg makes up pixels; but stray bytes between the markers do
-    /// no harm.
-    bool isDamage() const { return decodesRows && msg_code != JWRN_EXTRANEOUS_DATA; }
+    /// While decoding rows, a warning means that pixels are made up, except for stray bytes between markers.
+    bool isDamage() const { return decodingRows && msg_code != JWRN_EXTRANEOUS_DATA; }
 };
 
 struct ScanLimit : jpeg_progress_mgr {
     ScanLimit() : jpeg_progress_mgr() {
         progress_monitor = [](j_common_ptr decoder) {
-            if (reinterpret_cast<j_decompress_ptr>(decoder)->input_scan_number > mostScans) giveUp();
+            if (reinterpret_cast<j_decompress_ptr>(decoder)->input_scan_number > maximumScans) giveUp();
         };
     }
 };
@@ -101,13 +101,13 @@ class Decoder {
     }
 
     void decode(UprightPicture& picture) {
-        errors_.decodesRows = true;
+        errors_.decodingRows = true;
         jpeg_start_decompress(&jpeg_);
         std::vector<std::uint8_t> row(picture.rowSize());
         auto* rows = row.data();
         while (jpeg_.output_scanline < jpeg_.output_height) {
             jpeg_read_scanlines(&jpeg_, &rows, 1);
-            // Programs that leave their mark write 255 for no ink.
+            // With an Adobe marker, 255 means no ink.
             if (jpeg_.out_color_space == JCS_CMYK && inverted_)
                 for (auto& ink : row) ink = static_cast<std::uint8_t>(255 - ink);
             picture.addRow(row);

@@ -11,28 +11,28 @@ namespace quorvantis::decoder {
 
 namespace {
 
-/// What openjp2 reads the file through.
-struct Position {
+/// The input callbacks of openjp2.
+struct InputStream {
     const PictureFile& file;
     std::uint64_t at = 0;
 
     static OPJ_SIZE_T read(void* bytes, OPJ_SIZE_T size, void* user) {
-        auto& position = *static_cast<Position*>(user);
-        const auto count = position.file.readUpTo(position.at, {static_cast<std::uint8_t*>(bytes), size});
-        position.at += count;
+        auto& input = *static_cast<InputStream*>(user);
+        const auto count = input.file.readUpTo(input.at, {static_cast<std::uint8_t*>(bytes), size});
+        input.at += count;
         return count == 0 ? static_cast<OPJ_SIZE_T>(-1) : count;
     }
     static OPJ_OFF_T skip(OPJ_OFF_T count, void* user) {
-        static_cast<Position*>(user)->at += static_cast<std::uint64_t>(std::max<OPJ_OFF_T>(count, 0));
+        static_cast<InputStream*>(user)->at += static_cast<std::uint64_t>(std::max<OPJ_OFF_T>(count, 0));
         return count;
     }
     static OPJ_BOOL seek(OPJ_OFF_T at, void* user) {
-        static_cast<Position*>(user)->at = static_cast<std::uint64_t>(std::max<OPJ_OFF_T>(at, 0));
+        static_cast<InputStream*>(user)->at = static_cast<std::uint64_t>(std::max<OPJ_OFF_T>(at, 0));
         return OPJ_TRUE;
     }
 };
 
-/// The samples of one component, 8 bits each.
+/// The samples of one component, scaled to 8 bits.
 class Component {
   public:
     explicit Component(const opj_image_comp_t& component) : component_(component) {
@@ -41,14 +41,15 @@ class Component {
             giveUp();
     }
 
-    /// At a place of the whole picture: a component may have a sample for several pixels.
+    /// The sample for a pixel of the picture. The component may be subsampled.
     std::uint8_t at(std::size_t x, std::size_t y) const {
         x = std::min<std::size_t>(x / component_.dx, component_.w - 1);
         y = std::min<std::size_t>(y / component_.dy, component_.h - 1);
-        const std::int64_t most = (std::int64_t{1} << component_.prec) - 1;
-        const std::int64_t lowest = component_.sgnd ? -(most + 1) / 2 : 0;
-        const auto value = std::clamp(component_.data[y * component_.w + x] - lowest, std::int64_t{0}, most);
-        return static_cast<std::uint8_t>((value * 255 + most / 2) / most);
+        const std::int64_t maximum = (std::int64_t{1} << component_.prec) - 1;
+        const std::int64_t minimum = component_.sgnd ? -(maximum + 1) / 2 : 0;
+        const auto value =
+            std::clamp(component_.data[y * component_.w + x] - minimum, std::int64_t{0}, maximum);
+        return static_cast<std::uint8_t>((value * 255 + maximum / 2) / maximum);
     }
 
     bool isAlpha() const { return component_.alpha != 0; }
@@ -61,7 +62,7 @@ std::uint8_t rounded(double value) {
     return static_cast<std::uint8_t>(std::clamp(std::lround(value), 0L, 255L));
 }
 
-/// From luma and chroma to red, green and blue (ISO/IEC 15444-1, annex G, without the shift to signed).
+/// Converts luma and chroma to red, green and blue (ISO/IEC 15444-1, annex G, without the level shift).
 void convertYCC(std::uint8_t* pixel) {
     const double luma = pixel[0];
     const double blue = pixel[1] - 128.0;
@@ -74,16 +75,16 @@ void convertYCC(std::uint8_t* pixel) {
 class Decoder {
   public:
     explicit Decoder(const PictureFile& file)
-        : position_({file}),
+        : input_({file}),
           codec_(opj_create_decompress(isCodeStream(file) ? OPJ_CODEC_J2K : OPJ_CODEC_JP2),
                  &opj_destroy_codec),
           stream_(opj_stream_default_create(OPJ_TRUE), &opj_stream_destroy),
           image_(nullptr, &opj_image_destroy) {
-        opj_stream_set_user_data(stream_.get(), &position_, nullptr);
+        opj_stream_set_user_data(stream_.get(), &input_, nullptr);
         opj_stream_set_user_data_length(stream_.get(), file.size());
-        opj_stream_set_read_function(stream_.get(), Position::read);
-        opj_stream_set_skip_function(stream_.get(), Position::skip);
-        opj_stream_set_seek_function(stream_.get(), Position::seek);
+        opj_stream_set_read_function(stream_.get(), InputStream::read);
+        opj_stream_set_skip_function(stream_.get(), InputStream::skip);
+        opj_stream_set_seek_function(stream_.get(), InputStream::seek);
         opj_dparameters_t parameters;
         opj_set_default_decoder_parameters(&parameters);
         opj_image_t* image = nullptr;
@@ -140,7 +141,7 @@ class Decoder {
         return count == 2 && components_[1].isAlpha() ? Layout::grayAlpha : Layout::gray;
     }
 
-    Position position_;
+    InputStream input_;
     std::unique_ptr<opj_codec_t, decltype(&opj_destroy_codec)> codec_;
     std::unique_ptr<opj_stream_t, decltype(&opj_stream_destroy)> stream_;
     std::unique_ptr<opj_image_t, decltype(&opj_image_destroy)> image_;

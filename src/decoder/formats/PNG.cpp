@@ -50,7 +50,7 @@ class Decoder {
         png_read_end(png_, info_);
     }
 
-    /// As far as the chunks read so far tell.
+    /// According to the chunks read so far.
     Orientation orientation() const {
         png_uint_32 size = 0;
         png_bytep exif = nullptr;
@@ -100,7 +100,8 @@ class Decoder {
     int passes_ = 1;
 };
 
-DecodedPixels readTurned(const PictureFile& file, std::uint64_t position, std::optional<Orientation> known) {
+DecodedPixels readOriented(const PictureFile& file, std::uint64_t position,
+                           std::optional<Orientation> known) {
     PictureReader reader(file, position);
     Decoder decoder(reader);
     auto header = decoder.header();
@@ -108,15 +109,15 @@ DecodedPixels readTurned(const PictureFile& file, std::uint64_t position, std::o
     UprightPicture picture(header);
     decoder.decode(picture, header.size);
     auto pixels = picture.finish();
-    // The chunk eXIf may stand behind the rows that it turns (PNG 1.5 extensions, 3.7).
-    const auto told = decoder.orientation();
-    return told == header.orientation ? pixels : readTurned(file, position, told);
+    // The eXIf chunk may follow the rows (PNG 1.5 extensions, 3.7); then decode again with its orientation.
+    const auto orientation = decoder.orientation();
+    return orientation == header.orientation ? pixels : readOriented(file, position, orientation);
 }
 
 }  // namespace
 
 DecodedPixels readPNG(const PictureFile& file, std::uint64_t position) {
-    return readTurned(file, position, std::nullopt);
+    return readOriented(file, position, std::nullopt);
 }
 
 DecodedPixels readPNG(const PictureFile& file) {

@@ -5,7 +5,7 @@
 
 namespace quorvantis::decoder {
 
-// One reader per format. Each decodes the file's first picture and gives up when it cannot.
+// One reader per format. Each decodes the first picture of the file, or gives up.
 
 DecodedPixels readPNG(const PictureFile& file);
 /// The PNG picture that starts at the position.

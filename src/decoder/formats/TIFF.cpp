@@ -11,11 +11,16 @@ namespace {
 
 /// What a pixel's samples mean.
 struct Meaning {
-    enum class Kind { light, dark, palette, library };  // `library`: libtiff converts to RGBA
+    enum class Kind {
+        light,  // 0 is black, or no ink
+        dark,   // 0 is white
+        palette,
+        library,  // libtiff converts to RGBA
+    };
 
     Kind kind = Kind::light;
-    Layout layout = Layout::gray;  // of the rows that are handed on
-    std::uint32_t colours = 1;     // samples, without alpha
+    Layout layout = Layout::gray;  // of the rows passed to UprightPicture
+    std::uint32_t colours = 1;     // samples per pixel, without alpha
     bool premultiplied = false;
 };
 
@@ -64,7 +69,7 @@ PictureHeader pictureHeader(const TIFFPicture& tiff, const Meaning& meaning) {
     return header;
 }
 
-/// The colours of a palette, 8 bits each.
+/// The colours of a palette, as 8-bit samples.
 class Palette {
   public:
     explicit Palette(const TIFFPicture& tiff) {
@@ -72,7 +77,7 @@ class Palette {
         const std::size_t count = std::size_t{1} << tiff.bits();
         if (tiff.bits() > 8 || !TIFFGetField(tiff.handle(), TIFFTAG_COLORMAP, &maps[0], &maps[1], &maps[2]))
             giveUp();
-        // Some writers forget that the values have 16 bits; others multiply by 256, not 257.
+        // The values should have 16 bits, but some writers store 8, and others multiply by 256, not 257.
         const bool narrow = std::ranges::all_of(
             maps, [&](const std::uint16_t* map) { return *std::max_element(map, map + count) < 256; });
         for (std::size_t i = 0; i < count; ++i)
@@ -116,8 +121,8 @@ void addRows(TIFFPicture& tiff, const Meaning& meaning, UprightPicture& picture)
 
 void addLibraryRows(TIFFPicture& tiff, UprightPicture& picture) {
     std::vector<std::uint32_t> pixels(std::size_t{tiff.width()} * tiff.height());
-    const int orientation =
-        validOrientation(tiff.field(TIFFTAG_ORIENTATION)).value_or(upright);  // the same: nothing is turned
+    // That of the file, so that libtiff rotates nothing.
+    const int orientation = validOrientation(tiff.field(TIFFTAG_ORIENTATION)).value_or(upright);
     if (!TIFFReadRGBAImageOriented(tiff.handle(), tiff.width(), tiff.height(), pixels.data(), orientation, 1))
         giveUp();
     std::vector<std::uint8_t> row(picture.rowSize());

@@ -10,7 +10,7 @@ namespace quorvantis::decoder {
 
 namespace {
 
-/// What libtiff reads the file through.
+/// The input callbacks of libtiff.
 struct Stream {
     const PictureFile& file;
     std::uint64_t at = 0;
@@ -55,7 +55,7 @@ TIFFPicture::TIFFPicture(const PictureFile& file) : tiff_(openFirst(file), &TIFF
     bits_ = field(TIFFTAG_BITSPERSAMPLE);
     samples_ = field(TIFFTAG_SAMPLESPERPIXEL);
     if (!isWithinPixelBudget(width_, height_) || bits_ < 1 || bits_ > 16 || samples_ < 1) giveUp();
-    // As libjpeg converts it; strips and tiles then hold red, green and blue.
+    // libjpeg converts YCbCr; strips and tiles then hold red, green and blue.
     if (field(TIFFTAG_COMPRESSION) == COMPRESSION_JPEG && field(TIFFTAG_PHOTOMETRIC) == PHOTOMETRIC_YCBCR)
         TIFFSetField(handle(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
     planes_ = field(TIFFTAG_PLANARCONFIG) == PLANARCONFIG_SEPARATE ? samples_ : std::uint16_t{1};
@@ -84,7 +84,7 @@ std::span<const std::uint8_t> TIFFPicture::readRows(std::uint32_t top, bool scal
     for (std::uint16_t plane = 0; plane < planes_; ++plane)
         for (std::uint32_t left = 0; left < width_; left += chunkWidth_) {
             readChunk(left, top, plane);
-            takeChunk(left, rows, plane, scaled);
+            copyChunk(left, rows, plane, scaled);
         }
     return rows_;
 }
@@ -100,15 +100,15 @@ void TIFFPicture::readChunk(std::uint32_t left, std::uint32_t top, std::uint16_t
     if (count != wanted) giveUp();
 }
 
-void TIFFPicture::takeChunk(std::uint32_t left, std::uint32_t rows, std::uint16_t plane, bool scaled) {
+void TIFFPicture::copyChunk(std::uint32_t left, std::uint32_t rows, std::uint16_t plane, bool scaled) {
     const std::size_t together = samples_ / planes_;
     const std::size_t columns = std::min(chunkWidth_, width_ - left);
-    const std::uint32_t most = (1U << bits_) - 1;
+    const std::uint32_t maximum = (1U << bits_) - 1;
     for (std::size_t y = 0; y < rows; ++y) {
         auto* to = &rows_[(y * width_ + left) * samples_ + plane];
         for (std::size_t i = 0; i < columns * together; ++i) {
             const std::uint32_t value = sample(y, i);
-            *to = static_cast<std::uint8_t>(scaled ? (value * 255 + most / 2) / most : value);
+            *to = static_cast<std::uint8_t>(scaled ? (value * 255 + maximum / 2) / maximum : value);
             to += planes_ == 1 ? 1 : samples_;
         }
     }
@@ -118,7 +118,7 @@ std::uint32_t TIFFPicture::sample(std::size_t row, std::size_t index) const {
     const auto* bytes = chunk_.data() + row * chunkRowSize_;
     if (bits_ == 8) return bytes[index];
     if (bits_ == 16) {
-        std::uint16_t value;  // libtiff has put it into the processor's byte order
+        std::uint16_t value;  // libtiff has converted it to native byte order
         std::memcpy(&value, bytes + index * 2, 2);
         return value;
     }

@@ -30,7 +30,7 @@ class Decoder {
         return header;
     }
 
-    /// The canvas with the first frame at its place, RGBA, transparent around it.
+    /// Decodes the first frame onto a transparent RGBA canvas.
     std::vector<std::uint8_t> decode(std::size_t rowSize) const {
         std::vector<std::uint8_t> canvas(rowSize * get(WEBP_FF_CANVAS_HEIGHT));
         const auto start = static_cast<std::size_t>(frame_.y_offset) * rowSize +

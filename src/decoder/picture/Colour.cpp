@@ -27,8 +27,8 @@ cmsUInt32Number pixelFormat(Layout layout) {
     }
 }
 
-/// Whether two profiles mean the same colours as far as 8 bits can tell.
-bool areAlike(cmsHPROFILE one, cmsHPROFILE other) {
+/// Whether two profiles are equivalent at a precision of 8 bits.
+bool areEquivalent(cmsHPROFILE one, cmsHPROFILE other) {
     for (const auto tag : {cmsSigRedColorantTag, cmsSigGreenColorantTag, cmsSigBlueColorantTag}) {
         const auto* a = static_cast<const cmsCIEXYZ*>(cmsReadTag(one, tag));
         const auto* b = static_cast<const cmsCIEXYZ*>(cmsReadTag(other, tag));
@@ -48,11 +48,11 @@ bool areAlike(cmsHPROFILE one, cmsHPROFILE other) {
 }
 
 bool isSRGB(cmsHPROFILE profile, cmsHPROFILE sRGB) {
-    // A profile with tables is converted by them, whatever else it holds.
-    return !cmsIsTag(profile, cmsSigAToB0Tag) && areAlike(profile, sRGB);
+    // If a profile has lookup tables, they are used and its curves are not.
+    return !cmsIsTag(profile, cmsSigAToB0Tag) && areEquivalent(profile, sRGB);
 }
 
-/// The profile of a calibration; none when its numbers make no sense.
+/// Creates a profile from a calibration; null if its numbers are invalid.
 Profile calibratedProfile(const Calibration& calibration) {
     const auto& c = calibration.whiteAndPrimaries;
     const cmsCIExyY white = {c[0], c[1], 1};
@@ -63,8 +63,8 @@ Profile calibratedProfile(const Calibration& calibration) {
     return owned(cmsCreateRGBProfile(&white, &primaries, curves.data()));
 }
 
-/// 1/2.2 and the primaries of sRGB are how a file without an sRGB mark says sRGB (PNG 1.2, 4.2.2.3).
-bool meansSRGB(const Calibration& calibration) {
+/// A gamma of 1/2.2 with the primaries of sRGB stands for sRGB (PNG 1.2, 4.2.2.3).
+bool isSRGB(const Calibration& calibration) {
     const auto far = [](double a, double b) { return std::abs(a - b) > 0.002; };
     return !far(calibration.exponent / 2.2, 1) &&
            std::equal(calibration.whiteAndPrimaries.begin(), calibration.whiteAndPrimaries.end(),
@@ -102,7 +102,7 @@ void expand(Layout layout, std::span<const std::uint8_t> samples, std::span<std:
 }  // namespace
 
 ColourConversion::ColourConversion(const ColourSpace& space, Layout layout) : layout_(layout) {
-    const bool calibrated = space.calibration && !meansSRGB(*space.calibration);
+    const bool calibrated = space.calibration && !isSRGB(*space.calibration);
     if (space.profile.empty() && !calibrated) return;
     const auto sRGB = owned(cmsCreate_sRGBProfile());
     const auto format = pixelFormat(layout);
@@ -130,7 +130,7 @@ bool ColourConversion::isIdentity() const {
 void ColourConversion::convert(std::span<const std::uint8_t> samples, std::span<std::uint8_t> rgba) const {
     expand(layout_, samples, rgba);
     if (!transform_) return;
-    // Alpha is no colour: lcms2 leaves that of the expanded pixels alone.
+    // lcms2 does not write alpha, so that of the expanded pixels remains.
     cmsDoTransform(transform_.get(), fromRGBA_ ? rgba.data() : samples.data(), rgba.data(),
                    static_cast<cmsUInt32Number>(rgba.size() / 4));
 }

@@ -11,38 +11,38 @@
 
 namespace quorvantis::decoder {
 
-/// Colours told by numbers instead of a profile (PNG 1.2, 4.2.2: cHRM and gAMA).
+/// A colour space defined by numbers instead of a profile (PNG 1.2, 4.2.2: cHRM and gAMA).
 struct Calibration {
-    double exponent = 2.2;  // a sample's light is its value to this power
-    // Chromaticities x, y of white, red, green and blue; at first those of sRGB.
+    double exponent = 2.2;  // a sample's intensity is its value to this power
+    // Chromaticities x, y of white, red, green and blue; those of sRGB by default.
     std::array<double, 8> whiteAndPrimaries = {0.3127, 0.3290, 0.64, 0.33, 0.30, 0.60, 0.15, 0.06};
 };
 
-/// What a file says of its colours; when nothing, they are sRGB.
+/// The colour space that a file declares; sRGB if it declares none.
 struct ColourSpace {
-    std::vector<std::uint8_t> profile;  // ICC.1; goes before the calibration
+    std::vector<std::uint8_t> profile;  // ICC.1; takes precedence over the calibration
     std::optional<Calibration> calibration;
 };
 
-/// Turns rows of any layout into RGBA in sRGB, not premultiplied.
+/// Converts rows of any layout to RGBA in sRGB, not premultiplied.
 ///
-/// Gray g becomes (g, g, g) and ink c, m, y, k becomes (255 - c)(255 - k) / 255 and so on, unless a profile
-/// says otherwise. Profiles are converted with perceptual intent; one that is damaged or made for another
-/// kind of pixels counts as none.
+/// Without a profile, gray g becomes (g, g, g), and red of the ink (c, m, y, k) becomes (255 - c)(255 - k) /
+/// 255; green and blue likewise. Profiles are converted with perceptual intent. A damaged profile, or one for
+/// another kind of pixels, is ignored.
 class ColourConversion {
   public:
     ColourConversion(const ColourSpace& space, Layout layout);
 
-    /// Whether a row of RGBA (or RGBX) passes unchanged.
+    /// Whether rows are already RGBA (or RGBX) in sRGB, so that `convert` only copies.
     bool isIdentity() const;
 
-    /// Converts one row of as many pixels as `rgba` holds.
+    /// Converts a row. `rgba` has four bytes for each pixel of `samples`.
     void convert(std::span<const std::uint8_t> samples, std::span<std::uint8_t> rgba) const;
 
   private:
     Layout layout_;
     bool fromRGBA_ = false;            // the transform reads the expanded pixels, not the samples
-    std::shared_ptr<void> transform_;  // of lcms2; none for sRGB
+    std::shared_ptr<void> transform_;  // of lcms2; null if none is needed
 };
 
 }  // namespace quorvantis::decoder

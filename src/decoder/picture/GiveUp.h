@@ -2,8 +2,8 @@
 
 namespace quorvantis::decoder {
 
-/// Ends the process with nothing written: the picture cannot be decoded. A decoder serves one picture, so
-/// that no failure has anything to clean up, nor a codec's error handler anywhere to return to.
+/// Ends the process without output because the picture cannot be decoded. A decoder process serves a single
+/// picture, so failures need no clean-up, and the error handlers of codecs need not return.
 [[noreturn]] void giveUp();
 
 }  // namespace quorvantis::decoder

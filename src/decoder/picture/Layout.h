@@ -4,8 +4,7 @@
 
 namespace quorvantis::decoder {
 
-/// The samples of a pixel, 8 bits each, in the order of the name; alpha is 255 where opaque, ink 255 where
-/// full.
+/// The samples of a pixel, 8 bits each, in the order of the name. 255 is opaque for alpha and full for ink.
 enum class Layout {
     gray,
     grayAlpha,
@@ -15,7 +14,7 @@ enum class Layout {
     cmyk,
 };
 
-/// How many bytes a pixel takes.
+/// The number of samples, and so of bytes, per pixel.
 constexpr std::size_t samplesPerPixel(Layout layout) {
     switch (layout) {
         case Layout::gray: return 1;

@@ -11,10 +11,10 @@ namespace {
 constexpr std::uint16_t orientationTag = 0x0112;
 constexpr std::uint16_t shortType = 3;
 constexpr std::size_t entrySize = 12;
-// As many pixels as a cache line holds: turned rows are stored columns.
+// The number of pixels in a cache line: rotated rows are columns of the stored picture.
 constexpr std::size_t rowsAtOnce = 16;
 
-/// Reads numbers in the byte order of a TIFF block; beyond its end stand zeros.
+/// Reads numbers in the byte order of a TIFF block; bytes past its end are 0.
 class Block {
   public:
     explicit Block(std::span<const std::uint8_t> bytes) : bytes_(bytes), bigEndian_(byte(0) == 'M') {}
@@ -32,17 +32,18 @@ class Block {
     bool bigEndian_;
 };
 
-std::span<const std::uint8_t> withoutMark(std::span<const std::uint8_t> exif) {
+std::span<const std::uint8_t> withoutMarker(std::span<const std::uint8_t> exif) {
     const std::string_view text(reinterpret_cast<const char*>(exif.data()), exif.size());
     return text.starts_with(exifMark) ? exif.subspan(exifMark.size()) : exif;
 }
 
-/// Where the stored pixel of upright (0, 0) stands, and how far it is to that of the next x and y.
-struct Walk {
+/// Addresses the stored pixels in upright order: the index of upright (0, 0), and the steps to the next x and
+/// y.
+struct Traversal {
     std::ptrdiff_t origin, nextX, nextY;
 };
 
-Walk walk(Orientation orientation, std::ptrdiff_t w, std::ptrdiff_t h) {
+Traversal traversal(Orientation orientation, std::ptrdiff_t w, std::ptrdiff_t h) {
     const std::ptrdiff_t right = w - 1;
     const std::ptrdiff_t bottom = (h - 1) * w;
     switch (orientation) {
@@ -64,7 +65,7 @@ std::optional<Orientation> validOrientation(std::uint32_t value) {
 }
 
 std::optional<Orientation> exifOrientation(std::span<const std::uint8_t> exif) {
-    const Block block(withoutMark(exif));
+    const Block block(withoutMarker(exif));
     const auto order = block.byte(0);
     if ((order != 'I' && order != 'M') || block.byte(1) != order || block.number16(2) != 42)
         return std::nullopt;
@@ -81,7 +82,7 @@ std::optional<Orientation> exifOrientation(std::span<const std::uint8_t> exif) {
 void forEachUprightRows(Orientation orientation, std::span<const std::uint32_t> pixels, std::size_t width,
                         std::size_t height, const std::function<void(std::span<const std::uint32_t>)>& take) {
     const auto step =
-        walk(orientation, static_cast<std::ptrdiff_t>(width), static_cast<std::ptrdiff_t>(height));
+        traversal(orientation, static_cast<std::ptrdiff_t>(width), static_cast<std::ptrdiff_t>(height));
     const std::size_t columns = swapsSides(orientation) ? height : width;
     const std::size_t rows = swapsSides(orientation) ? width : height;
     std::vector<std::uint32_t> turned(columns * std::min(rows, rowsAtOnce));

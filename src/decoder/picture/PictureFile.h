@@ -8,43 +8,43 @@
 
 namespace quorvantis::decoder {
 
-/// The picture's file, open on descriptor 3. Read by position only: the descriptor's own offset is shared
-/// with the process that passed it. Operations give up when the system fails to read.
+/// The picture's file, open on descriptor 3. It is read only at explicit positions, because the descriptor's
+/// offset is shared with the process that passed it. Operations give up on read errors.
 class PictureFile {
   public:
     PictureFile();
 
-    /// In bytes, at the start.
+    /// The size in bytes when this was constructed.
     std::uint64_t size() const { return size_; }
 
-    /// Reads from the position on until `bytes` is full or the file ends; answers the count read.
+    /// Reads from the position until `bytes` is full or the file ends. Returns the number of bytes read.
     std::size_t readUpTo(std::uint64_t position, std::span<std::uint8_t> bytes) const;
 
-    /// Reads exactly that much, or gives up.
+    /// Fills `bytes`, or gives up if the file ends before.
     void read(std::uint64_t position, std::span<std::uint8_t> bytes) const;
 
-    /// The whole content.
+    /// Returns the whole content.
     std::vector<std::uint8_t> content() const;
 
   private:
     std::uint64_t size_;
 };
 
-/// Reads a PictureFile from a position to its end.
+/// Reads a PictureFile sequentially from a position to its end.
 class PictureReader {
   public:
     explicit PictureReader(const PictureFile& file, std::uint64_t position = 0)
         : file_(file), position_(position) {}
 
-    /// The next bytes, valid until the next call; none at the end.
+    /// Returns the next bytes, valid until the next call; empty at the end of the file.
     std::span<const std::uint8_t> nextPiece();
 
-    /// Copies the next bytes; fewer than asked for only at the end. Answers their count.
+    /// Reads until `bytes` is full or the file ends. Returns the number of bytes read.
     std::size_t read(std::span<std::uint8_t> bytes);
 
   private:
     const PictureFile& file_;
-    std::uint64_t position_;  // of what the buffer holds no more of
+    std::uint64_t position_;  // of the first byte after the buffer's content
     std::array<std::uint8_t, 65536> buffer_;
     std::span<const std::uint8_t> unread_;  // in the buffer
 };

@@ -6,17 +6,17 @@ namespace quorvantis::decoder {
 
 namespace {
 
-constexpr std::size_t blockSize = 131'072;      // bytes
-constexpr std::int64_t smallPicture = 131'072;  // pixels; below, a thread is not worth its start
+constexpr std::size_t blockSize = 131'072;        // bytes
+constexpr std::int64_t maximumInPlace = 131'072;  // pixels; for fewer, starting a thread takes longer
 
 }  // namespace
 
 RowHasher::RowHasher(std::int64_t width, std::int64_t height) : hasher_(width, height) {
-    if (width * height <= smallPicture) return;
+    if (width * height <= maximumInPlace) return;
     try {
         thread_ = std::thread([this] { hashBlocks(); });
     } catch (const std::system_error&) {
-        // No room for one: the rows are hashed as they come.
+        // Without a thread, `update` hashes in place.
     }
 }
 
@@ -26,13 +26,13 @@ void RowHasher::update(std::span<const std::byte> pixels) {
         const auto taken = pixels.first(std::min(pixels.size(), blockSize - filling().size()));
         filling().insert(filling().end(), taken.begin(), taken.end());
         pixels = pixels.subspan(taken.size());
-        if (filling().size() == blockSize) passOn();
+        if (filling().size() == blockSize) submitBlock();
     }
 }
 
 std::optional<std::string> RowHasher::finish() {
     if (thread_.joinable()) {
-        passOn();
+        submitBlock();
         {
             const std::lock_guard lock(mutex_);
             finished_ = true;
@@ -43,8 +43,8 @@ std::optional<std::string> RowHasher::finish() {
     return hasher_.finish();
 }
 
-/// Hands the block that is being filled to the thread, and waits for the next one to be free.
-void RowHasher::passOn() {
+/// Passes the current block to the thread, and waits until the next block is free.
+void RowHasher::submitBlock() {
     {
         const std::lock_guard lock(mutex_);
         ++filled_;

@@ -39,9 +39,9 @@ void UprightPicture::addRow(std::span<const std::uint8_t> row) {
         const auto pixels = std::span(stored_).last(width());
         return convert(row, {reinterpret_cast<std::uint8_t*>(pixels.data()), pixels.size_bytes()});
     }
-    const bool ready = conversion_.isIdentity() && !hasAlpha(header_.layout);
-    if (!ready) convert(row, row_);
-    hasher_.update(std::as_bytes(ready ? row : std::span<const std::uint8_t>(row_)));
+    const bool unchanged = conversion_.isIdentity() && !hasAlpha(header_.layout);
+    if (!unchanged) convert(row, row_);
+    hasher_.update(std::as_bytes(unchanged ? row : std::span<const std::uint8_t>(row_)));
 }
 
 void UprightPicture::addRows(std::span<const std::uint8_t> rows) {

@@ -19,33 +19,34 @@ struct Size {
     std::int64_t height = 0;
 };
 
-/// What a format's reader tells of a picture before its rows.
+/// The properties of a picture, given by a format's reader before the rows.
 struct PictureHeader {
     Size size;                     // of the stored picture
-    std::optional<Size> declared;  // where it differs from `size`
+    std::optional<Size> declared;  // if it differs from `size`
     Layout layout = Layout::rgba;
-    bool premultiplied = false;  // colours are already multiplied by alpha
+    bool premultiplied = false;  // whether colours are already multiplied by alpha
     Orientation orientation = upright;
     ColourSpace colours = {};
 };
 
-/// Takes the rows of a picture as they are stored and hashes it as it is to be seen: in sRGB, premultiplied,
-/// upright. Rows of an upright picture go straight into the hash; others wait for the last one.
+/// Converts the stored rows of a picture to sRGB, premultiplies them by alpha, and computes the pixel hash of
+/// the upright picture. Rows are hashed immediately if the picture is stored upright, otherwise kept until
+/// the last one.
 class UprightPicture {
   public:
-    /// Gives up when the picture exceeds the pixel budget.
+    /// Gives up if the picture exceeds the pixel budget.
     explicit UprightPicture(const PictureHeader& header);
 
-    /// The length of a row in bytes.
+    /// The size of a stored row in bytes.
     std::size_t rowSize() const { return width() * samplesPerPixel(header_.layout); }
 
-    /// Takes the next row, top row first.
+    /// Adds the next row, top row first.
     void addRow(std::span<const std::uint8_t> row);
 
-    /// Takes all the rows, which stand one after the other.
+    /// Adds consecutive rows without padding.
     void addRows(std::span<const std::uint8_t> rows);
 
-    /// Call it once, after the last row.
+    /// Call it once, after the last row. Gives up if the number of rows is wrong.
     DecodedPixels finish();
 
   private:
@@ -55,9 +56,9 @@ class UprightPicture {
     PictureHeader header_;
     ColourConversion conversion_;
     RowHasher hasher_;
-    std::vector<std::uint8_t> row_;       // converted, when it goes into the hash at once
-    std::vector<std::uint8_t> straight_;  // a premultiplied row on its way to another colour space
-    std::vector<std::uint32_t> stored_;   // the converted rows so far, when the picture has to be turned
+    std::vector<std::uint8_t> row_;       // the converted row, if it is hashed immediately
+    std::vector<std::uint8_t> straight_;  // the row without premultiplication, before colour conversion
+    std::vector<std::uint32_t> stored_;   // the converted rows so far, if the picture must be rotated
 };
 
 }  // namespace quorvantis::decoder

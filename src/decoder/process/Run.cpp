@@ -12,7 +12,7 @@ namespace quorvantis::decoder {
 
 void run(DecodedPixels (*reader)(const PictureFile&)) {
     std::set_new_handler(giveUp);
-    mallopt(M_ARENA_MAX, 1);  // those of threads look into /proc, which the sandbox forbids
+    mallopt(M_ARENA_MAX, 1);  // an arena per thread would need /proc, which the sandbox forbids
     enterSandbox();
     if (!writeStream(STDOUT_FILENO, reader(PictureFile()).record())) giveUp();
     _exit(0);

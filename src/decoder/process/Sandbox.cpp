@@ -102,7 +102,7 @@ void filterCalls() {
 void enterSandbox() {
     tzset();  // lcms2 dates the profiles that it makes: read the time zone while files can be opened
     setLimits();
-    prctl(PR_SET_PDEATHSIG, SIGKILL);  // nobody waits for a decoder that hangs once its parent is gone
+    prctl(PR_SET_PDEATHSIG, SIGKILL);  // a decoder must not outlive its parent
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) giveUp();
     const bool kernelFilters = prctl(PR_GET_SECCOMP, 0, 0, 0, 0) >= 0;
     if (kernelFilters) filterCalls();

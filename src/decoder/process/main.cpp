@@ -20,8 +20,8 @@ Format format() {
     return *recognised;
 }
 
-/// Libraries that take long to load are linked to programs of their own, beside this one.
-[[noreturn]] void become(const char* format) {
+/// Runs the decoder for a format whose library takes long to load: a separate program in the same folder.
+[[noreturn]] void execDecoder(const char* format) {
     const auto self = quorvantis::platform::executablePath(getpid());
     if (!self) giveUp();
     std::string other = *self + "-" + format;
@@ -41,7 +41,7 @@ int main() {
         case Format::gif: run(readGIF);
         case Format::webp: run(readWebP);
         case Format::jpeg2000: run(readJPEG2000);
-        case Format::tiff: become("tiff");
-        case Format::heif: become("heif");
+        case Format::tiff: execDecoder("tiff");
+        case Format::heif: execDecoder("heif");
     }
 }
