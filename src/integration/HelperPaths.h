@@ -4,7 +4,7 @@
 
 namespace quorvantis {
 
-/// The absolute paths of what the program and the desktop application share.
+/// Absolute paths of the files and folders that the program and the desktop application share.
 struct HelperPaths {
     std::string appSupport;    // folder
     std::string integrations;  // folder

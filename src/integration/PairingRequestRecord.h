@@ -11,7 +11,7 @@
 namespace quorvantis {
 
 /// An agent's request to be registered: a JSON file in `HelperPaths::requests`. The user approves or denies
-/// it in the desktop application; an approved request contains what the agent needs to connect.
+/// it in the desktop application; an approved request contains the agent's credential.
 struct PairingRequestRecord {
     /// A request changes from `pending` to `awaitingApproval`, then to `approved` or `denied`, and from
     /// `approved` to `consumed` once the agent has used its registration.

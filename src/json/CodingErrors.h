@@ -8,8 +8,8 @@
 
 namespace quorvantis {
 
-/// The position of a value in a JSON document: a list, linked from the value to the root, of the key or index
-/// of each container member. Elements refer to their parent, which must outlive them; the root has none.
+/// The position of a value in a JSON document: its key or index in the container around it, and that
+/// container's position, which must outlive this one. The root has no parent.
 struct CodingPath {
     const CodingPath* parent = nullptr;
     std::string_view key = {};  // of an object's member; empty for an array's element

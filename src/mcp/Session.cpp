@@ -21,7 +21,7 @@ constexpr int methodNotFound = -32601;  // JSON-RPC 2.0, section 5.1
 
 constexpr std::array<std::string_view, 4> protocolVersions = {"2024-11-05", "2025-03-26", "2025-06-18",
                                                               "2025-11-25"};
-constexpr std::string_view defaultVersion = "2025-03-26";  // when the client names none
+constexpr std::string_view defaultVersion = "2025-03-26";  // if the client requests none
 
 std::string_view negotiatedVersion(std::string_view requested) {
     const auto found = std::find(protocolVersions.begin(), protocolVersions.end(), requested);

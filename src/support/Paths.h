@@ -5,7 +5,7 @@
 
 namespace quorvantis {
 
-// Paths are strings and are not normalized beyond what is said here, because manifests are compared as text.
+// Paths are strings, normalized only as stated below, because manifests are compared as text.
 
 /// Removes trailing slashes from an absolute path. Resolves a relative path, with its "." and ".." segments,
 /// against the current folder. Symbolic links are not resolved.

@@ -26,7 +26,7 @@ class TIFFPicture {
     std::uint32_t bits() const { return bits_; }        // per sample, 1 to 16
     std::uint32_t samples() const { return samples_; }  // per pixel
 
-    /// The number of rows that `readRows` returns; the last time it may return fewer.
+    /// The number of rows that `readRows` returns; the last call may return fewer.
     std::uint32_t rowsAtOnce() const { return chunkHeight_; }
 
     /// Reads `rowsAtOnce` rows from row `top` on, or the remaining ones. Samples are interleaved, one byte
