@@ -9,7 +9,7 @@ namespace {
 
 void writeProperties(std::span<const Argument> arguments, JSONWriter& writer);
 
-/// Some clients drop the limits of a schema, so that the description has them too.
+/// The description repeats the limits, because some clients drop those of the schema.
 std::string description(const Argument& argument) {
     std::string text(argument.description);
     if (!argument.maximum) return text;
