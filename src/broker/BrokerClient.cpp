@@ -1,9 +1,16 @@
 #include "broker/BrokerClient.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
+#include "broker/BrokerIdentity.h"
 #include "broker/BrokerTransport.h"
 #include "json/CodingErrors.h"
+#include "json/JSONDocument.h"
+#include "json/JSONWriter.h"
 #include "json/UUID.h"
 #include "support/HelperFailure.h"
 

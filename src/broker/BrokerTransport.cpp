@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstring>
 #include <errno.h>
+#include <optional>
+#include <string>
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <unistd.h>

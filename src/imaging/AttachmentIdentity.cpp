@@ -1,9 +1,16 @@
 #include "imaging/AttachmentIdentity.h"
 
 #include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
 #include <thread>
+#include <vector>
 
+#include "imaging/DecodedPixels.h"
 #include "imaging/DecodingBatch.h"
+#include "platform/Descriptors.h"
 #include "platform/SHA256.h"
 #include "support/Files.h"
 #include "support/Hexadecimal.h"

@@ -1,6 +1,12 @@
 #include "imaging/DecodedPixels.h"
 
 #include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
 
 #include "imaging/PixelHasher.h"
 #include "support/Hexadecimal.h"

@@ -2,6 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "support/Characters.h"
 #include "support/Hexadecimal.h"

@@ -1,5 +1,11 @@
 #include "imaging/PixelHasher.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
 #include "support/Hexadecimal.h"
 
 namespace quorvantis {

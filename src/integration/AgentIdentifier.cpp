@@ -1,5 +1,7 @@
 #include "integration/AgentIdentifier.h"
 
+#include <string_view>
+
 #include "json/UUID.h"
 
 namespace quorvantis::AgentIdentifier {

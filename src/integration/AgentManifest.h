@@ -5,6 +5,7 @@
 #include <tuple>
 #include <vector>
 
+#include "json/Date.h"
 #include "json/JSONRecord.h"
 
 namespace quorvantis {

@@ -1,8 +1,15 @@
 #include "integration/CredentialValidator.h"
 
+#include <string>
+#include <string_view>
+#include <utility>
+
 #include "integration/AgentIdentifier.h"
+#include "integration/AgentManifest.h"
+#include "integration/HelperPaths.h"
 #include "json/JSONFiles.h"
 #include "platform/FileSystem.h"
+#include "support/Files.h"
 #include "support/HelperFailure.h"
 #include "support/HelperIO.h"
 #include "support/Paths.h"

@@ -1,5 +1,7 @@
 #include "integration/HelperPaths.h"
 
+#include <string>
+
 #include "platform/Process.h"
 #include "support/Paths.h"
 

@@ -1,10 +1,13 @@
 #include "integration/ProcessRunner.h"
 
 #include <array>
+#include <cstddef>
 #include <errno.h>
+#include <string>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 #include "platform/Descriptors.h"
 #include "platform/Process.h"

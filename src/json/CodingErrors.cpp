@@ -1,5 +1,8 @@
 #include "json/CodingErrors.h"
 
+#include <stdexcept>
+#include <string>
+
 namespace quorvantis {
 
 std::string CodingPath::text() const {

@@ -1,6 +1,7 @@
 #include "json/Date.h"
 
 #include <chrono>
+#include <cstdint>
 
 namespace quorvantis {
 

@@ -1,5 +1,10 @@
 #include "json/JSON.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
 #include "json/NumberText.h"
 
 namespace quorvantis {

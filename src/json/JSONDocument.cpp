@@ -3,10 +3,19 @@
 #include <algorithm>
 #include <array>
 #include <boost/config.hpp>
+#include <cstdint>
 #include <cstring>
 #include <functional>
 #include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "json/JSON.h"
 
 // Boost.JSON is compiled here, in a namespace of our own: a program that links this library may have a
 // Boost.JSON itself, of another version. boost/config.hpp, above, makes names of headers from the word, and

@@ -1,6 +1,9 @@
 #include "json/JSONFiles.h"
 
+#include <cstdint>
 #include <cstdlib>
+#include <string>
+#include <string_view>
 #include <sys/stat.h>
 
 #include "support/Files.h"

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -13,6 +15,7 @@
 
 #include "json/CodingErrors.h"
 #include "json/Date.h"
+#include "json/JSON.h"
 #include "json/JSONDocument.h"
 #include "json/JSONWriter.h"
 #include "json/NumberText.h"

@@ -2,9 +2,12 @@
 
 #include <array>
 #include <bit>
+#include <cstdint>
 #include <cstring>
+#include <utility>
 
 #include "json/CodingErrors.h"
+#include "json/JSON.h"
 #include "support/Hexadecimal.h"
 
 namespace quorvantis {

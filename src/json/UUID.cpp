@@ -1,6 +1,10 @@
 #include "json/UUID.h"
 
+#include <cstdint>
 #include <cstdlib>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <sys/random.h>
 
 #include "support/Hexadecimal.h"

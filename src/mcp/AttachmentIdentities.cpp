@@ -1,7 +1,11 @@
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "imaging/AttachmentIdentity.h"
+#include "json/JSON.h"
+#include "json/JSONRecord.h"
+#include "json/JSONWriter.h"
 #include "mcp/Handlers.h"
 #include "support/Characters.h"
 #include "support/Paths.h"

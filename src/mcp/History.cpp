@@ -2,6 +2,10 @@
 #include <array>
 
 #include "broker/BrokerClient.h"
+#include "broker/BrokerIdentity.h"
+#include "json/JSON.h"
+#include "json/JSONDocument.h"
+#include "json/JSONWriter.h"
 #include "mcp/Handlers.h"
 #include "mcp/Payload.h"
 #include "support/Characters.h"

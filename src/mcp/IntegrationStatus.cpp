@@ -1,9 +1,15 @@
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 
 #include "broker/BrokerClient.h"
+#include "broker/BrokerIdentity.h"
+#include "json/JSON.h"
+#include "json/JSONDocument.h"
+#include "json/JSONWriter.h"
 #include "mcp/Handlers.h"
 #include "mcp/Replies.h"
 

@@ -1,5 +1,10 @@
 #include "mcp/Payload.h"
 
+#include <span>
+
+#include "json/JSON.h"
+#include "json/JSONWriter.h"
+
 namespace quorvantis::QuorvantisMCP {
 
 void writePublicPayload(JSON source, std::span<const PayloadKey> keys, JSONWriter& writer) {

@@ -1,5 +1,14 @@
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "broker/BrokerClient.h"
+#include "broker/BrokerIdentity.h"
 #include "imaging/ImageReferences.h"
+#include "json/JSON.h"
+#include "json/JSONDocument.h"
+#include "json/JSONWriter.h"
 #include "mcp/Handlers.h"
 #include "support/Characters.h"
 #include "support/HelperFailure.h"

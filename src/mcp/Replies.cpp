@@ -1,7 +1,11 @@
 #include "mcp/Replies.h"
 
+#include <string>
+#include <string_view>
 #include <unistd.h>
 
+#include "json/JSON.h"
+#include "json/JSONWriter.h"
 #include "support/Streams.h"
 
 namespace quorvantis {

@@ -2,8 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <string_view>
 #include <unistd.h>
+#include <utility>
 
+#include "broker/BrokerIdentity.h"
+#include "json/JSON.h"
 #include "json/JSONDocument.h"
 #include "json/JSONWriter.h"
 #include "mcp/Replies.h"

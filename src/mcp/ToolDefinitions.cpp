@@ -1,6 +1,9 @@
 #include <algorithm>
+#include <span>
 #include <string>
 
+#include "broker/BrokerIdentity.h"
+#include "json/JSONWriter.h"
 #include "mcp/Tools.h"
 
 namespace quorvantis::QuorvantisMCP {

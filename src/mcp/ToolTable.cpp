@@ -1,4 +1,5 @@
 #include <array>
+#include <span>
 
 #include "mcp/Handlers.h"
 #include "mcp/Tools.h"

@@ -2,7 +2,11 @@
 
 #include <algorithm>
 #include <exception>
+#include <string_view>
 
+#include "broker/BrokerIdentity.h"
+#include "json/JSON.h"
+#include "json/JSONWriter.h"
 #include "mcp/Replies.h"
 #include "support/HelperFailure.h"
 

@@ -4,8 +4,11 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <spawn.h>
+#include <string>
 #include <sys/wait.h>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include "platform/Descriptors.h"
 

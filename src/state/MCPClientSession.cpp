@@ -1,13 +1,18 @@
 #include "state/MCPClientSession.h"
 
 #include <signal.h>
+#include <string>
+#include <string_view>
 #include <unistd.h>
 
+#include "broker/BrokerIdentity.h"
 #include "integration/HelperPaths.h"
+#include "json/Date.h"
 #include "json/JSONFiles.h"
 #include "platform/ClientSessionNotification.h"
 #include "platform/FileSystem.h"
 #include "platform/Process.h"
+#include "support/Paths.h"
 #include "support/UTF8.h"
 
 namespace quorvantis {

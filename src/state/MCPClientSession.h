@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "broker/BrokerIdentity.h"
+#include "json/Date.h"
 #include "json/JSONRecord.h"
 
 namespace quorvantis {

@@ -1,7 +1,13 @@
 #include "state/PromptHookObservation.h"
 
+#include <cstdint>
+#include <string>
+#include <string_view>
+
 #include "integration/HelperPaths.h"
+#include "json/Date.h"
 #include "json/JSONFiles.h"
+#include "support/Paths.h"
 
 namespace quorvantis {
 

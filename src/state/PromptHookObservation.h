@@ -5,6 +5,7 @@
 #include <string_view>
 #include <tuple>
 
+#include "json/Date.h"
 #include "json/JSONRecord.h"
 
 namespace quorvantis {

@@ -1,7 +1,10 @@
 #include "support/Characters.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <string>
+#include <string_view>
 #include <utf8proc.h>
 
 namespace quorvantis {

@@ -5,7 +5,10 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <filesystem>
+#include <functional>
 #include <stdlib.h>
+#include <string>
+#include <string_view>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>

@@ -1,6 +1,7 @@
 #include "support/HelperIO.h"
 
 #include <span>
+#include <string_view>
 #include <unistd.h>
 
 #include "platform/SHA256.h"

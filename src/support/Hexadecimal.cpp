@@ -1,5 +1,11 @@
 #include "support/Hexadecimal.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
 namespace quorvantis {
 
 bool isLowerCaseHexadecimal(std::string_view text, std::size_t count) {

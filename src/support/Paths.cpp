@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <unistd.h>
 #include <vector>
 

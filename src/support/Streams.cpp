@@ -1,10 +1,13 @@
 #include "support/Streams.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <errno.h>
 #include <fcntl.h>
 #include <new>
+#include <optional>
 #include <poll.h>
+#include <string_view>
 #include <unistd.h>
 
 namespace quorvantis {

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
 
+#include "decoder/picture/Colour.h"
 #include "decoder/picture/PictureFile.h"
 #include "decoder/picture/UprightPicture.h"
 

@@ -1,8 +1,16 @@
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <span>
+#include <vector>
 
 #include "decoder/formats/Bitmap.h"
 #include "decoder/formats/LittleEndian.h"
+#include "decoder/picture/Colour.h"
 #include "decoder/picture/GiveUp.h"
+#include "decoder/picture/PictureFile.h"
 
 namespace quorvantis::decoder {
 

@@ -1,8 +1,12 @@
 #include <algorithm>
 #include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <span>
 
 #include "decoder/formats/Bitmap.h"
 #include "decoder/formats/LittleEndian.h"
+#include "decoder/picture/PictureFile.h"
 
 namespace quorvantis::decoder {
 

@@ -1,5 +1,11 @@
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
 #include "decoder/formats/Bitmap.h"
 #include "decoder/picture/GiveUp.h"
+#include "decoder/picture/PictureFile.h"
 
 namespace quorvantis::decoder {
 

@@ -1,8 +1,17 @@
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <gif_lib.h>
+#include <span>
+#include <vector>
 
 #include "decoder/formats/Readers.h"
 #include "decoder/picture/GiveUp.h"
+#include "decoder/picture/PictureFile.h"
 #include "decoder/picture/UprightPicture.h"
+#include "imaging/DecodedPixels.h"
+#include "imaging/PixelHasher.h"
 
 namespace quorvantis::decoder {
 

@@ -1,10 +1,15 @@
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <libheif/heif.h>
 #include <memory>
+#include <vector>
 
 #include "decoder/formats/Readers.h"
 #include "decoder/picture/GiveUp.h"
+#include "decoder/picture/PictureFile.h"
 #include "decoder/picture/UprightPicture.h"
+#include "imaging/DecodedPixels.h"
 
 namespace quorvantis::decoder {
 

@@ -1,7 +1,17 @@
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
 #include "decoder/formats/Bitmap.h"
 #include "decoder/formats/Format.h"
 #include "decoder/formats/LittleEndian.h"
 #include "decoder/formats/Readers.h"
+#include "decoder/picture/Layout.h"
+#include "decoder/picture/PictureFile.h"
+#include "decoder/picture/UprightPicture.h"
+#include "imaging/DecodedPixels.h"
 
 namespace quorvantis::decoder {
 

@@ -1,10 +1,21 @@
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>  // jpeglib.h needs it
+#include <cstdlib>
 #include <jerror.h>
 #include <jpeglib.h>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
 
 #include "decoder/formats/Readers.h"
 #include "decoder/picture/GiveUp.h"
+#include "decoder/picture/Layout.h"
+#include "decoder/picture/Orientation.h"
+#include "decoder/picture/PictureFile.h"
 #include "decoder/picture/UprightPicture.h"
+#include "imaging/DecodedPixels.h"
 
 namespace quorvantis::decoder {
 

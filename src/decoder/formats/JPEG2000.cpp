@@ -1,11 +1,19 @@
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <openjpeg.h>
+#include <span>
+#include <vector>
 
 #include "decoder/formats/Readers.h"
 #include "decoder/picture/GiveUp.h"
+#include "decoder/picture/Layout.h"
+#include "decoder/picture/PictureFile.h"
 #include "decoder/picture/UprightPicture.h"
+#include "imaging/DecodedPixels.h"
+#include "imaging/PixelHasher.h"
 
 namespace quorvantis::decoder {
 

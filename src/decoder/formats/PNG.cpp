@@ -1,8 +1,19 @@
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <png.h>
+#include <span>
+#include <vector>
 
 #include "decoder/formats/Readers.h"
+#include "decoder/picture/Colour.h"
 #include "decoder/picture/GiveUp.h"
+#include "decoder/picture/Layout.h"
+#include "decoder/picture/Orientation.h"
+#include "decoder/picture/PictureFile.h"
 #include "decoder/picture/UprightPicture.h"
+#include "imaging/DecodedPixels.h"
+#include "imaging/PixelHasher.h"
 
 namespace quorvantis::decoder {
 

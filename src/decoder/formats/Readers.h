@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "decoder/picture/PictureFile.h"
 #include "imaging/DecodedPixels.h"
 

@@ -1,9 +1,17 @@
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
 
 #include "decoder/formats/Readers.h"
 #include "decoder/formats/TIFFPicture.h"
 #include "decoder/picture/GiveUp.h"
+#include "decoder/picture/Layout.h"
+#include "decoder/picture/Orientation.h"
+#include "decoder/picture/PictureFile.h"
 #include "decoder/picture/UprightPicture.h"
+#include "imaging/DecodedPixels.h"
 
 namespace quorvantis::decoder {
 

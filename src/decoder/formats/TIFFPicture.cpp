@@ -1,9 +1,13 @@
 #include "decoder/formats/TIFFPicture.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <span>
 
 #include "decoder/picture/GiveUp.h"
+#include "decoder/picture/PictureFile.h"
 #include "imaging/PixelHasher.h"
 
 namespace quorvantis::decoder {

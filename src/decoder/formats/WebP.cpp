@@ -1,10 +1,16 @@
+#include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <vector>
 #include <webp/decode.h>
 #include <webp/demux.h>
 
 #include "decoder/formats/Readers.h"
 #include "decoder/picture/GiveUp.h"
+#include "decoder/picture/Orientation.h"
+#include "decoder/picture/PictureFile.h"
 #include "decoder/picture/UprightPicture.h"
+#include "imaging/DecodedPixels.h"
 
 namespace quorvantis::decoder {
 

@@ -1,9 +1,16 @@
 #include "decoder/picture/Colour.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <lcms2.h>
+#include <memory>
+#include <span>
+
+#include "decoder/picture/Layout.h"
 
 namespace quorvantis::decoder {
 

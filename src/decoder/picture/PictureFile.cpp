@@ -1,10 +1,14 @@
 #include "decoder/picture/PictureFile.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <errno.h>
+#include <span>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 #include "decoder/picture/GiveUp.h"
 

@@ -1,6 +1,9 @@
 #include "decoder/picture/Premultiply.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <span>
 
 namespace quorvantis::decoder {
 

@@ -1,5 +1,12 @@
 #include "decoder/picture/RowHasher.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <string>
 #include <system_error>
 
 namespace quorvantis::decoder {

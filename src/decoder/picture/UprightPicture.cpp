@@ -1,7 +1,16 @@
 #include "decoder/picture/UprightPicture.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <utility>
+
 #include "decoder/picture/GiveUp.h"
+#include "decoder/picture/Layout.h"
+#include "decoder/picture/Orientation.h"
 #include "decoder/picture/Premultiply.h"
+#include "imaging/DecodedPixels.h"
+#include "imaging/PixelHasher.h"
 
 namespace quorvantis::decoder {
 

@@ -5,7 +5,9 @@
 #include <unistd.h>
 
 #include "decoder/picture/GiveUp.h"
+#include "decoder/picture/PictureFile.h"
 #include "decoder/process/Sandbox.h"
+#include "imaging/DecodedPixels.h"
 #include "support/Streams.h"
 
 namespace quorvantis::decoder {

@@ -1,13 +1,19 @@
 #include "imaging/linux/DecoderProcess.h"
 
 #include <array>
+#include <cstddef>
 #include <errno.h>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
+#include "imaging/DecodedPixels.h"
 #include "platform/Descriptors.h"
 #include "platform/Process.h"
+#include "platform/Spawn.h"
 #include "support/Paths.h"
 
 namespace quorvantis {

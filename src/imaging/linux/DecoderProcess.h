@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "imaging/DecodedPixels.h"
 #include "platform/Descriptors.h"

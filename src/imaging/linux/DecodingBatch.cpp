@@ -1,11 +1,16 @@
 #include "imaging/DecodingBatch.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <optional>
 #include <poll.h>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "imaging/linux/DecoderProcess.h"
+#include "platform/Descriptors.h"
 
 namespace quorvantis {
 

@@ -1,8 +1,10 @@
 #include "platform/ClientSessionNotification.h"
 
 #include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <dlfcn.h>
+#include <string>
 #include <string_view>
 #include <systemd/sd-bus.h>
 #include <unistd.h>

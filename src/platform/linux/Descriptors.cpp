@@ -1,8 +1,10 @@
 #include "platform/Descriptors.h"
 
 #include <array>
+#include <cstddef>
 #include <errno.h>
 #include <fcntl.h>
+#include <string_view>
 #include <sys/socket.h>
 #include <system_error>
 

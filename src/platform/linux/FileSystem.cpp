@@ -1,7 +1,10 @@
 #include "platform/FileSystem.h"
 
 #include <cstdlib>
+#include <ctime>
 #include <memory>
+#include <string>
+#include <string_view>
 
 namespace quorvantis::platform {
 

@@ -1,9 +1,13 @@
 #include "platform/Process.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdlib>
 #include <errno.h>
 #include <malloc.h>
+#include <optional>
 #include <pwd.h>
+#include <string>
 #include <unistd.h>
 
 namespace quorvantis::platform {

@@ -1,7 +1,11 @@
 #include "platform/SHA256.h"
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <nettle/sha2.h>
 #include <new>
+#include <span>
 
 namespace quorvantis::platform {
 
