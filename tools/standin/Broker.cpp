@@ -1,10 +1,16 @@
 #include "Broker.h"
 
 #include <algorithm>
+#include <exception>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 
+#include "Installation.h"
 #include "Log.h"
+#include "json/JSON.h"
 #include "json/JSONDocument.h"
+#include "json/JSONWriter.h"
 
 namespace quorvantis::standin {
 

@@ -4,8 +4,10 @@
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <utility>
 #include <vector>
 
+#include "json/JSONRecord.h"
 #include "state/HistoryRecords.h"
 
 namespace quorvantis::standin {

@@ -1,7 +1,18 @@
 #include "HistoryOperations.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Broker.h"
+#include "HistoryFile.h"
+#include "json/Date.h"
+#include "json/JSON.h"
+#include "json/JSONRecord.h"
+#include "json/JSONWriter.h"
 
 namespace quorvantis::standin {
 

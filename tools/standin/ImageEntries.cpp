@@ -1,6 +1,13 @@
 #include "ImageEntries.h"
 
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "HistoryFile.h"
+#include "ImageLibrary.h"
 #include "facts/PictureFacts.h"
+#include "state/HistoryRecords.h"
 #include "support/Paths.h"
 
 namespace quorvantis::standin {

@@ -2,11 +2,20 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <dirent.h>
 #include <errno.h>
 #include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <sys/stat.h>
+#include <vector>
 
+#include "imaging/AttachmentIdentity.h"
+#include "json/Date.h"
+#include "json/JSON.h"
+#include "json/UUID.h"
 #include "support/Characters.h"
 #include "support/Files.h"
 #include "support/Paths.h"

@@ -2,8 +2,14 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
+#include "Broker.h"
+#include "ImageLibrary.h"
 #include "Workspace.h"
+#include "json/JSON.h"
+#include "json/JSONWriter.h"
 #include "json/NumberText.h"
 #include "support/Paths.h"
 

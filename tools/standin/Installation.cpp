@@ -1,11 +1,16 @@
 #include "Installation.h"
 
+#include <string>
 #include <unistd.h>
 
+#include "integration/AgentManifest.h"
 #include "integration/CredentialValidator.h"
+#include "json/Date.h"
 #include "json/JSONFiles.h"
 #include "platform/Process.h"
+#include "support/Files.h"
 #include "support/HelperIO.h"
+#include "support/Paths.h"
 
 namespace quorvantis::standin {
 

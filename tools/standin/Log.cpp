@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdio>
 #include <ctime>
+#include <string_view>
 
 namespace quorvantis::standin {
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <getopt.h>
 #include <stdexcept>
+#include <string>
 
 #include "integration/AgentIdentifier.h"
 #include "support/Paths.h"

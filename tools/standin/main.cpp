@@ -4,12 +4,16 @@
 #include <exception>
 #include <poll.h>
 #include <stdlib.h>
+#include <string>
+#include <vector>
 
 #include "Broker.h"
 #include "BrokerSocket.h"
 #include "ClientWatch.h"
+#include "HistoryFile.h"
 #include "HistoryOperations.h"
 #include "ImageEntries.h"
+#include "ImageLibrary.h"
 #include "ImageOperations.h"
 #include "Installation.h"
 #include "Log.h"
@@ -17,6 +21,8 @@
 #include "SessionSignals.h"
 #include "StopSignal.h"
 #include "integration/HelperPaths.h"
+#include "json/JSON.h"
+#include "json/JSONWriter.h"
 #include "support/Files.h"
 #include "support/HelperIO.h"
 #include "support/Paths.h"

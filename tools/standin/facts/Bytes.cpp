@@ -1,6 +1,9 @@
 #include "facts/Bytes.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
 #include <utf8proc.h>
 
 namespace quorvantis::standin {

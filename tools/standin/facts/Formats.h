@@ -1,5 +1,10 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
 #include "facts/PictureFacts.h"
 
 namespace quorvantis::standin {

@@ -1,5 +1,10 @@
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
 #include "facts/Bytes.h"
 #include "facts/Formats.h"
+#include "facts/PictureFacts.h"
 
 namespace quorvantis::standin {
 

@@ -1,8 +1,12 @@
+#include <cstddef>
+#include <cstdint>
+#include <span>
 #include <vector>
 
 #include "decoder/picture/Orientation.h"
 #include "facts/Bytes.h"
 #include "facts/Formats.h"
+#include "facts/PictureFacts.h"
 
 namespace quorvantis::standin {
 

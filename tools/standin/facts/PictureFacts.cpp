@@ -1,6 +1,10 @@
 #include "facts/PictureFacts.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
 #include <unistd.h>
 #include <vector>
 

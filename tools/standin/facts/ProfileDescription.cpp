@@ -1,3 +1,11 @@
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+
 #include "facts/Bytes.h"
 #include "facts/Formats.h"
 #include "support/UTF8.h"

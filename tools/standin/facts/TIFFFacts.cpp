@@ -1,8 +1,14 @@
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <set>
+#include <span>
 
 #include "decoder/picture/Orientation.h"
 #include "facts/Bytes.h"
 #include "facts/Formats.h"
+#include "facts/PictureFacts.h"
 
 namespace quorvantis::standin {
 

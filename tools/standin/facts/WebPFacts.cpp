@@ -1,6 +1,14 @@
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
 #include "decoder/picture/Orientation.h"
 #include "facts/Bytes.h"
 #include "facts/Formats.h"
+#include "facts/PictureFacts.h"
 
 namespace quorvantis::standin {
 

@@ -1,5 +1,6 @@
 #include "SessionSignals.h"
 
+#include <memory>
 #include <systemd/sd-bus.h>
 
 #include "platform/linux/ClientSessionSignal.h"
