@@ -19,8 +19,8 @@ namespace quorvantis::HelperIO {
 
 namespace {
 
-/// Waits until the clock of the file times has moved on since the file changed, so that a change from now on shows.
-/// It stands still for up to 10 ms (a tick of the slowest kernels).
+/// Waits until the clock of the file times has moved on since the file changed, so that a change from now on
+/// shows. It stands still for up to 10 ms (a tick of the slowest kernels).
 void awaitTickAfter(const ReadableFile::State& state) {
     constexpr std::chrono::milliseconds tick(10);
     const auto changed =

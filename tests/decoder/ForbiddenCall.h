@@ -5,8 +5,8 @@
 
 namespace quorvantis::decoder {
 
-/// Runs `act` in a traced child process. Returns the name of the system call for which a sandbox killed it, or
-/// nothing when it ended in another way. With several threads, the latest call of each is named.
+/// Runs `act` in a traced child process. Returns the name of the system call for which a sandbox killed it,
+/// or nothing when it ended in another way. With several threads, the latest call of each is named.
 std::string forbiddenCall(const std::function<void()>& act);
 
 /// The same of the decoder program at the path, with the picture of that file.

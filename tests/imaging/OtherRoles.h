@@ -6,8 +6,8 @@
 namespace quorvantis {
 
 /// Does what the text in the file on descriptor 3 says: "say" and a record, "hang", "hang up" (close the
-/// output and stay), "flood", "touch" (write the file again, the same, then answer), "look" (answer when nothing was
-/// inherited), "meet" (answer once another decoder is there at the same time).
+/// output and stay), "flood", "touch" (write the file again, the same, then answer), "look" (answer when
+/// nothing was inherited), "meet" (answer once another decoder is there at the same time).
 int playDecoder();
 
 /// What a decoder answers when it answers.

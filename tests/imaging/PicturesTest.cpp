@@ -42,8 +42,8 @@ TEST(PicturesTest, HaveTheHashOfTheirFolder) {
         for (std::size_t i = 0; i < files.size(); ++i, ++count) {
             const auto other = newer.find(files[i]);
             EXPECT_EQ(identities[i]->pixelHash, other == newer.end() ? hash : other->second)
-                << files[i] << "; forbidden system call: "
-                << decoder::forbiddenCall(QUORVANTIS_DECODER, files[i]);
+                << files[i]
+                << "; forbidden system call: " << decoder::forbiddenCall(QUORVANTIS_DECODER, files[i]);
         }
     }
     EXPECT_GT(count, 150U);
