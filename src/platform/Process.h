@@ -13,9 +13,9 @@ inline std::optional<std::string> environmentVariable(const char* name) {
     return value ? std::optional<std::string>(value) : std::nullopt;
 }
 
-/// The current user's home folder, "/" when neither HOME nor the user database has one. On Linux HOME goes
-/// before the database's entry for the real user. On macOS that database goes first, as in the system's own
-/// libraries: its entry for the effective user, or for the real one when the effective user is root.
+/// The current user's home folder; "/" if neither HOME nor the user database has one. Linux prefers HOME to
+/// the database's entry for the real user. macOS, like the system's own libraries, prefers the database: its
+/// entry for the effective user, or for the real user if the effective one is root.
 std::string homeFolder();
 
 /// This process's argv[0], as passed by its parent.
