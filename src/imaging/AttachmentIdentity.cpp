@@ -1,5 +1,6 @@
 #include "imaging/AttachmentIdentity.h"
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <span>
