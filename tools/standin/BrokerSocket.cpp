@@ -1,12 +1,17 @@
 #include "BrokerSocket.h"
 
 #include <array>
+#include <cstddef>
 #include <errno.h>
 #include <fcntl.h>
+#include <functional>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <unistd.h>
+#include <utility>
 
 #include "broker/BrokerClient.h"
 #include "broker/BrokerTransport.h"

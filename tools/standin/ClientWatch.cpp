@@ -1,7 +1,13 @@
 #include "ClientWatch.h"
 
+#include <exception>
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "Log.h"
 #include "json/JSONFiles.h"
+#include "state/MCPClientSession.h"
 
 namespace quorvantis::standin {
 

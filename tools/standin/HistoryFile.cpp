@@ -1,10 +1,22 @@
 #include "HistoryFile.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 #include "FoldedText.h"
+#include "json/Date.h"
 #include "json/JSONFiles.h"
+#include "json/JSONRecord.h"
+#include "json/UUID.h"
+#include "state/HistoryRecords.h"
+#include "support/Files.h"
 #include "support/HelperIO.h"
 
 namespace quorvantis::standin {
