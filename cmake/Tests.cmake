@@ -67,7 +67,6 @@ set_tests_properties(sdk-session PROPERTIES ENVIRONMENT QUORVANTIS_MCP=$<TARGET_
 if(NOT APPLE)
   find_package(ZLIB REQUIRED)
   add_executable(quorvantis-imaging-tests
-    ${standinImages}
     tests/decoder/ForbiddenCall.cpp
     tests/decoder/HostilePicturesTest.cpp
     tests/decoder/OrientationTest.cpp
@@ -77,15 +76,14 @@ if(NOT APPLE)
     tests/imaging/OtherRoles.cpp
     tests/imaging/PicturesTest.cpp
     tests/imaging/PixelHasherTest.cpp
-    tests/imaging/main.cpp
-    tests/standin/ImageEntriesTest.cpp)
-  target_include_directories(quorvantis-imaging-tests PRIVATE tests tools/standin)
+    tests/imaging/main.cpp)
+  target_include_directories(quorvantis-imaging-tests PRIVATE tests)
   target_compile_definitions(quorvantis-imaging-tests PRIVATE
     QUORVANTIS_DECODER="$<TARGET_FILE:quorvantis-image-decoder>"
     QUORVANTIS_PICTURES="${PROJECT_SOURCE_DIR}/tests/pictures")
   # libheif is asked for its version.
   target_link_libraries(quorvantis-imaging-tests PRIVATE
-    decoding options PkgConfig::heif utf8proc GTest::gtest ZLIB::ZLIB)
+    decoding options PkgConfig::heif GTest::gtest ZLIB::ZLIB)
   add_dependencies(quorvantis-imaging-tests quorvantis-image-decoder quorvantis-image-decoder-heif
                                             quorvantis-image-decoder-tiff)
   gtest_discover_tests(quorvantis-imaging-tests PROPERTIES TIMEOUT 120)

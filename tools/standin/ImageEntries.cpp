@@ -6,7 +6,6 @@
 
 #include "HistoryFile.h"
 #include "ImageLibrary.h"
-#include "facts/PictureFacts.h"
 #include "state/HistoryRecords.h"
 #include "support/Paths.h"
 
@@ -16,16 +15,9 @@ namespace {
 
 std::optional<HelperImageMetadata> metadata(const Asset& asset) {
     if (!asset.identity.pixelHash) return std::nullopt;
-    const PictureFacts facts = pictureFactsOf(asset.path);
     return HelperImageMetadata{.pixelWidth = *asset.identity.pixelWidth,
                                .pixelHeight = *asset.identity.pixelHeight,
                                .pixelHash = asset.identity.pixelHash,
-                               .bitsPerComponent = facts.bitsPerComponent,
-                               .hasAlpha = facts.hasAlpha,
-                               .colorModel = facts.colorModel,
-                               .profileName = facts.profileName,
-                               .orientation = facts.orientation,
-                               .frameCount = facts.frameCount,
                                .originalUTI = asset.uti,
                                .isOriginalFile = true,
                                .isBitExact = true};
@@ -43,23 +35,10 @@ HelperEntry record(const Asset& asset) {
     return {.id = asset.entryID, .createdAt = asset.writtenAt, .primaryKind = "image", .items = {item}};
 }
 
-std::string colours(const HelperImageMetadata& image) {
-    if (!image.bitsPerComponent || !image.colorModel) return "";
-    return ", " + std::to_string(*image.bitsPerComponent) + "-bit " + *image.colorModel +
-           (image.hasAlpha.value_or(false) ? " with alpha" : "") +
-           (image.profileName ? ", " + *image.profileName : "");
-}
-
-std::string frames(const HelperImageMetadata& image) {
-    const auto count = image.frameCount.value_or(1);
-    return count == 1 ? "" : ", " + std::to_string(count) + " frames";
-}
-
 std::string detail(const HelperRepresentation& representation) {
     std::string text = "Image";
     if (const auto& image = representation.imageMetadata)
-        text += ", " + std::to_string(image->pixelWidth) + " x " + std::to_string(image->pixelHeight) +
-                colours(*image) + frames(*image);
+        text += ", " + std::to_string(image->pixelWidth) + " x " + std::to_string(image->pixelHeight);
     return text + ", " + std::to_string(representation.byteCount) + " bytes";
 }
 

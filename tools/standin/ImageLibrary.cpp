@@ -1,22 +1,24 @@
 #include "ImageLibrary.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <dirent.h>
 #include <errno.h>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
+#include "decoder/formats/Format.h"
 #include "imaging/AttachmentIdentity.h"
 #include "json/Date.h"
 #include "json/JSON.h"
 #include "json/UUID.h"
-#include "support/Characters.h"
 #include "support/Files.h"
 #include "support/Paths.h"
 
@@ -26,33 +28,37 @@ namespace {
 
 constexpr double certain = 1, nearlyCertain = 0.95;
 
-struct Type {
-    std::string_view extension;
-    std::string_view uti;
-};
-constexpr std::array<Type, 15> types = {{{"png", "public.png"},
-                                         {"jpg", "public.jpeg"},
-                                         {"jpeg", "public.jpeg"},
-                                         {"gif", "com.compuserve.gif"},
-                                         {"webp", "org.webmproject.webp"},
-                                         {"tif", "public.tiff"},
-                                         {"tiff", "public.tiff"},
-                                         {"bmp", "com.microsoft.bmp"},
-                                         {"ico", "com.microsoft.ico"},
-                                         {"heic", "public.heic"},
-                                         {"heif", "public.heif"},
-                                         {"avif", "public.avif"},
-                                         {"jp2", "public.jpeg-2000"},
-                                         {"j2k", "public.jpeg-2000"},
-                                         {"", "public.data"}}};
+std::vector<std::uint8_t> startOf(const std::string& path) {
+    const ReadableFile file(path);
+    std::vector<std::uint8_t> start(decoder::recognisedBytes);
+    const ssize_t count = pread(file.descriptor().get(), start.data(), start.size(), 0);
+    start.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    return start;
+}
 
-std::string typeOf(const std::string& file) {
-    const std::string path = lowerCased(file);
-    const auto found = std::find_if(types.begin(), types.end() - 1, [&](const Type& type) {
-        return path.size() > type.extension.size() && path.ends_with(type.extension) &&
-               path[path.size() - type.extension.size() - 1] == '.';
-    });
-    return std::string(found->uti);
+/// The brand, from byte 8 on, names the codec.
+std::string heifType(std::span<const std::uint8_t> start) {
+    const std::string brand(start.begin() + 8, start.begin() + 12);
+    if (brand.starts_with("avi")) return "public.avif";
+    return brand.starts_with("he") ? "public.heic" : "public.heif";
+}
+
+std::string typeOf(std::span<const std::uint8_t> start) {
+    using decoder::Format;
+    const auto format = decoder::recognisedFormat(start);
+    if (!format) return "public.data";
+    switch (*format) {
+        case Format::png: return "public.png";
+        case Format::jpeg: return "public.jpeg";
+        case Format::gif: return "com.compuserve.gif";
+        case Format::webp: return "org.webmproject.webp";
+        case Format::tiff: return "public.tiff";
+        case Format::bmp: return "com.microsoft.bmp";
+        case Format::ico: return "com.microsoft.ico";
+        case Format::heif: return heifType(start);
+        case Format::jpeg2000: return "public.jpeg-2000";
+    }
+    return "public.data";
 }
 
 std::vector<std::string> filesIn(const std::string& folder) {
@@ -79,7 +85,7 @@ Asset assetOf(const std::string& path, const AttachmentIdentity& identity) {
     struct stat status = {};
     stat(path.c_str(), &status);
     return {.path = path,
-            .uti = typeOf(path),
+            .uti = typeOf(startOf(path)),
             .entryID = identifierFrom(identity.sha256),
             .writtenAt = Date::sinceEpoch(status.st_mtime),
             .byteCount = status.st_size,

@@ -16,7 +16,7 @@ namespace quorvantis::standin {
 /// An image that the stand-in knows.
 struct Asset {
     std::string path;  // of the original
-    std::string uti;   // uniform type identifier, told from the name
+    std::string uti;   // uniform type identifier, told from its first bytes
     UUID entryID;      // of its history entry, the same at each start
     Date writtenAt;
     std::int64_t byteCount = 0;
