@@ -7,14 +7,14 @@
 #include <string_view>
 
 #include "Installation.h"
-#include "Log.h"
+#include "Terminal.h"
 #include "json/JSON.h"
 #include "json/JSONDocument.h"
 #include "json/JSONWriter.h"
 
 namespace quorvantis::standin {
 
-std::string Broker::answer(std::string_view text) const {
+std::string Broker::handle(std::string_view text) const {
     const auto document = JSONDocument::parse(text);
     const JSON request = document ? document->root() : JSON();
     const auto requestID = request["requestID"].string().value_or("");

@@ -24,22 +24,22 @@ namespace {
 
 using platform::Descriptor;
 
-constexpr std::size_t longestRequest = 1'048'576;
+constexpr std::size_t maximumRequestSize = 1'048'576;  // bytes
 constexpr int backlog = 64;
-constexpr timeval patience = {.tv_sec = 2, .tv_usec = 0};
+constexpr timeval timeout = {.tv_sec = 2, .tv_usec = 0};
 
-void removeLeftBehind(const std::string& path) {
+void removeStaleSocket(const std::string& path) {
     struct stat status;
     if (lstat(path.c_str(), &status) != 0) return;
-    if (!S_ISSOCK(status.st_mode)) throw std::runtime_error(path + " is in the way: it is no socket.");
+    if (!S_ISSOCK(status.st_mode)) throw std::runtime_error(path + " is not a socket.");
     if (BrokerClient::isLocalReachable(path))
-        throw std::runtime_error("Another application serves " + path + " already.");
+        throw std::runtime_error("Another application already serves " + path + ".");
     unlink(path.c_str());
 }
 
 Descriptor listenAt(const std::string& path) {
     const auto address = BrokerTransport::address(path);
-    if (!address) throw std::runtime_error(path + " is too long for a socket: 103 bytes at the most.");
+    if (!address) throw std::runtime_error(path + " is too long for a socket: 103 bytes at most.");
     Descriptor listener = platform::openLocalSocket();
     if (!listener) throw FileError::system(errno);
     const mode_t mask = umask(0177);
@@ -52,26 +52,26 @@ Descriptor listenAt(const std::string& path) {
     return listener;
 }
 
-Descriptor accepted(const Descriptor& listener) {
+Descriptor acceptClient(const Descriptor& listener) {
     Descriptor client(accept(listener.get(), nullptr, nullptr));
     if (!client) return client;
     fcntl(client.get(), F_SETFD, FD_CLOEXEC);
     fcntl(client.get(), F_SETFL, 0);
-    setsockopt(client.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-    setsockopt(client.get(), SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
+    setsockopt(client.get(), SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
+    setsockopt(client.get(), SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
     platform::disableBrokenPipeSignal(client);
     return client;
 }
 
-std::string requestOf(const Descriptor& client) {
+std::string readRequest(const Descriptor& client) {
     std::string request;
     std::array<char, 4096> buffer;
-    while (!request.ends_with('\n') && request.size() <= longestRequest) {
+    while (!request.ends_with('\n') && request.size() <= maximumRequestSize) {
         const ssize_t count = read(client.get(), buffer.data(), buffer.size());
         if (count <= 0) return {};
         request.append(buffer.data(), static_cast<std::size_t>(count));
     }
-    return request.size() <= longestRequest ? request : std::string();
+    return request.size() <= maximumRequestSize ? request : std::string();
 }
 
 void send(const Descriptor& client, std::string_view reply) {
@@ -85,7 +85,7 @@ void send(const Descriptor& client, std::string_view reply) {
 }  // namespace
 
 BrokerSocket::BrokerSocket(std::string path) : path_(std::move(path)) {
-    removeLeftBehind(path_);
+    removeStaleSocket(path_);
     listener_ = listenAt(path_);
 }
 
@@ -93,11 +93,11 @@ BrokerSocket::~BrokerSocket() {
     unlink(path_.c_str());
 }
 
-void BrokerSocket::serveOne(const std::function<std::string(std::string_view)>& answer) const {
-    const Descriptor client = accepted(listener_);
+void BrokerSocket::serveOne(const std::function<std::string(std::string_view)>& handle) const {
+    const Descriptor client = acceptClient(listener_);
     if (!client) return;
-    const std::string request = requestOf(client);
-    if (!request.empty()) send(client, answer(request));
+    const std::string request = readRequest(client);
+    if (!request.empty()) send(client, handle(request));
 }
 
 }  // namespace quorvantis::standin

@@ -8,22 +8,22 @@
 
 namespace quorvantis::standin {
 
-/// A Unix domain socket that listens, of mode 0600; removed with this object.
+/// A listening Unix domain socket of mode 0600. The destructor removes it.
 class BrokerSocket {
   public:
-    /// Takes over a socket that was left behind. Throws std::runtime_error when somebody serves it, when the
-    /// path is too long for a socket, or when something else stands there.
+    /// Replaces a socket at the path on which nobody listens. Throws std::runtime_error when somebody does,
+    /// when the path is too long for a socket, or when it is something else.
     explicit BrokerSocket(std::string path);
     BrokerSocket(const BrokerSocket&) = delete;
     BrokerSocket& operator=(const BrokerSocket&) = delete;
     ~BrokerSocket();
 
-    /// Ready for reading when a client has connected.
+    /// Becomes ready for reading when a client connects.
     int descriptor() const { return listener_.get(); }
 
-    /// Takes the next connection, if there is one, reads its request line and sends the answer to it. A
-    /// client that falls silent for 2 seconds, or asks for more than 1 MiB, is hung up on.
-    void serveOne(const std::function<std::string(std::string_view request)>& answer) const;
+    /// Accepts a connection, if there is one, reads its request line and sends what `handle` returns for it.
+    /// A client that is silent for 2 seconds or sends more than 1 MiB gets no reply.
+    void serveOne(const std::function<std::string(std::string_view request)>& handle) const;
 
   private:
     std::string path_;

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Log.h"
+#include "Terminal.h"
 #include "json/JSONFiles.h"
 #include "state/MCPClientSession.h"
 
@@ -13,7 +13,7 @@ namespace quorvantis::standin {
 
 namespace {
 
-std::optional<MCPClientSession> recorded(const std::string& agent) {
+std::optional<MCPClientSession> recordedSession(const std::string& agent) {
     try {
         return HelperIO::readJSON<MCPClientSession>(MCPClientSession::url(agent));
     } catch (const std::exception&) {
@@ -21,7 +21,7 @@ std::optional<MCPClientSession> recorded(const std::string& agent) {
     }
 }
 
-bool sameSession(const MCPClientSession& one, const std::optional<MCPClientSession>& other) {
+bool isSameSession(const MCPClientSession& one, const std::optional<MCPClientSession>& other) {
     return other && one.processID == other->processID && one.initializedAt == other->initializedAt;
 }
 
@@ -34,24 +34,24 @@ std::string description(const std::string& agent, const MCPClientSession& sessio
 
 ClientWatch::ClientWatch(const std::vector<std::string>& agents) {
     for (const std::string& agent : agents) {
-        const auto session = recorded(agent);
+        const auto session = recordedSession(agent);
         clients_.push_back({agent, session, session && session->isRunning()});
     }
 }
 
-void ClientWatch::look() {
-    for (Client& client : clients_) look(client);
+void ClientWatch::update() {
+    for (Client& client : clients_) update(client);
 }
 
-void ClientWatch::look(Client& client) {
-    const auto session = recorded(client.agent);
+void ClientWatch::update(Client& client) {
+    const auto session = recordedSession(client.agent);
     if (!session) return;
     const bool isRunning = session->isRunning();
-    if (!sameSession(*session, client.seen))
+    if (!isSameSession(*session, client.lastSession))
         log(description(client.agent, *session) + (isRunning ? " connected" : " came and went"));
     else if (client.wasRunning && !isRunning)
         log(description(client.agent, *session) + " left");
-    client.seen = session;
+    client.lastSession = session;
     client.wasRunning = isRunning;
 }
 

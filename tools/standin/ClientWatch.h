@@ -8,21 +8,21 @@
 
 namespace quorvantis::standin {
 
-/// Says on standard output which clients connect and leave, from the records that their servers write.
+/// Logs which clients connect and leave, from the session records that their servers write.
 class ClientWatch {
   public:
     explicit ClientWatch(const std::vector<std::string>& agents);
 
-    /// Looks at the records again.
-    void look();
+    /// Reads the records again.
+    void update();
 
   private:
     struct Client {
         std::string agent;
-        std::optional<MCPClientSession> seen;
+        std::optional<MCPClientSession> lastSession;
         bool wasRunning = false;
     };
-    static void look(Client& client);
+    static void update(Client& client);
 
     std::vector<Client> clients_;
 };

@@ -1,35 +1,43 @@
 #include "HistoryFile.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
+#include <cstdlib>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unistd.h>
+#include <utf8proc.h>
 #include <utility>
 #include <vector>
 
-#include "FoldedText.h"
-#include "json/Date.h"
+#include "HistoryEntry.h"
 #include "json/JSONFiles.h"
 #include "json/JSONRecord.h"
 #include "json/UUID.h"
-#include "state/HistoryRecords.h"
 #include "support/Files.h"
-#include "support/HelperIO.h"
 
 namespace quorvantis::standin {
 
 namespace {
 
-constexpr std::size_t previewSize = 80;  // bytes, about
+/// The text with its case folded and its accents composed (Unicode, 3.13 and normalization form C).
+std::string folded(std::string_view text) {
+    utf8proc_uint8_t* result = nullptr;
+    const auto bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+    const auto options =
+        static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE | UTF8PROC_CASEFOLD);
+    const auto size = utf8proc_map(bytes, static_cast<utf8proc_ssize_t>(text.size()), &result, options);
+    const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(result, &std::free);
+    if (size < 0) return std::string(text);
+    return {reinterpret_cast<const char*>(result), static_cast<std::size_t>(size)};
+}
 
-std::string searchedText(const StandinEntry& entry) {
+std::string searchedText(const HistoryEntry& entry) {
     std::string text = entry.kind + "\n" + entry.preview + "\n" + entry.detail;
     for (const auto& more : {entry.sourceApplication, entry.text}) text += "\n" + more.value_or("");
     for (const std::string& path : entry.filePaths.value_or(std::vector<std::string>())) text += "\n" + path;
-    return foldedText(text);
+    return folded(text);
 }
 
 bool containsAll(const std::string& text, const std::vector<std::string>& words) {
@@ -48,67 +56,42 @@ std::vector<std::string> words(const std::string& text) {
     return words;
 }
 
-/// The beginning of the text on one line, cut between characters.
-std::string preview(std::string_view text) {
-    std::size_t size = std::min(text.size(), previewSize);
-    while (size < text.size() && (text[size] & 0xC0) == 0x80) ++size;
-    std::string line(text.substr(0, size));
-    std::replace_if(
-        line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
-    return size < text.size() ? line + "…" : line;
-}
-
-StandinEntry textEntry(std::string_view text) {
-    const HelperRepresentation representation = {.id = UUID::random(),
-                                                 .uti = "public.utf8-plain-text",
-                                                 .byteCount = static_cast<std::int64_t>(text.size()),
-                                                 .sha256 = HelperIO::sha256(text),
-                                                 .inlineText = std::string(text),
-                                                 .isOriginalRepresentation = true};
-    const HelperClipboardItem item = {.id = UUID::random(), .index = 0, .representations = {representation}};
-    return {.entry = {.id = UUID::random(), .createdAt = Date::now(), .primaryKind = "text", .items = {item}},
-            .kind = "text",
-            .preview = preview(text),
-            .detail = "Text, " + std::to_string(text.size()) + " bytes",
-            .text = std::string(text)};
-}
-
 }  // namespace
 
-std::vector<StandinEntry> HistoryFile::entries() const {
-    auto entries = entriesOfFile();
+std::vector<HistoryEntry> HistoryFile::entries() const {
+    auto entries = entriesInFile();
     entries.insert(entries.end(), others_.begin(), others_.end());
-    std::stable_sort(entries.begin(), entries.end(), [](const StandinEntry& one, const StandinEntry& other) {
+    std::stable_sort(entries.begin(), entries.end(), [](const HistoryEntry& one, const HistoryEntry& other) {
         return one.entry.createdAt > other.entry.createdAt;
     });
     return entries;
 }
 
-std::vector<StandinEntry> HistoryFile::entriesOfFile() const {
-    return decodedRecord<std::vector<StandinEntry>>(readFile(path_));
+std::vector<HistoryEntry> HistoryFile::entriesInFile() const {
+    return decodedRecord<std::vector<HistoryEntry>>(readFile(path_));
 }
 
-void HistoryFile::makeIfMissing() const {
-    if (access(path_.c_str(), F_OK) != 0) HelperIO::writeJSON(std::vector<StandinEntry>(), path_);
+void HistoryFile::createIfMissing() const {
+    if (access(path_.c_str(), F_OK) != 0) HelperIO::writeJSON(std::vector<HistoryEntry>(), path_);
 }
 
 void HistoryFile::add(std::string_view text) const {
-    auto history = entriesOfFile();
+    auto history = entriesInFile();
     history.insert(history.begin(), textEntry(text));
     HelperIO::writeJSON(history, path_);
 }
 
-std::vector<StandinEntry> HistoryFile::matching(std::string_view query) const {
-    const auto wanted = words(foldedText(query));
+std::vector<HistoryEntry> HistoryFile::matching(std::string_view query) const {
+    const auto wanted = words(folded(query));
     auto found = entries();
     std::erase_if(found,
-                  [&](const StandinEntry& entry) { return !containsAll(searchedText(entry), wanted); });
+                  [&](const HistoryEntry& entry) { return !containsAll(searchedText(entry), wanted); });
     return found;
 }
 
-std::optional<StandinEntry> HistoryFile::entry(std::string_view id) const {
+std::optional<HistoryEntry> HistoryFile::entry(std::string_view id) const {
     const auto wanted = UUID::parse(id);
-    for (StandinEntry& entry : entries())
+    for (HistoryEntry& entry : entries())
         if (entry.entry.id == wanted) return std::move(entry);
     return std::nullopt;
 }

@@ -1,5 +1,3 @@
-#include "HistoryOperations.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <stdexcept>
@@ -7,8 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "Broker.h"
+#include "HistoryEntry.h"
 #include "HistoryFile.h"
+#include "Operations.h"
 #include "json/Date.h"
 #include "json/JSON.h"
 #include "json/JSONRecord.h"
@@ -18,7 +17,7 @@ namespace quorvantis::standin {
 
 namespace {
 
-void writeSummary(const StandinEntry& entry, JSONWriter& writer) {
+void writeSummary(const HistoryEntry& entry, JSONWriter& writer) {
     writer.beginObject();
     writer.members("entryID", entry.entry.id.upperCaseText());
     writer.key("createdAt");
@@ -33,10 +32,10 @@ void writeSummary(const StandinEntry& entry, JSONWriter& writer) {
     writer.endObject();
 }
 
-void writeEntries(const std::vector<StandinEntry>& entries, std::size_t most, JSONWriter& reply) {
+void writeEntries(const std::vector<HistoryEntry>& entries, std::size_t limit, JSONWriter& reply) {
     reply.key("entries");
     reply.beginArray();
-    for (std::size_t i = 0; i < std::min(entries.size(), most); ++i) writeSummary(entries[i], reply);
+    for (std::size_t i = 0; i < std::min(entries.size(), limit); ++i) writeSummary(entries[i], reply);
     reply.endArray();
 }
 
@@ -52,17 +51,17 @@ void searchHistory(const HistoryFile& history, JSON request, JSONWriter& reply) 
 void getHistoryItem(const HistoryFile& history, JSON request, JSONWriter& reply) {
     const auto entryID = request["entryID"].string();
     if (!entryID) throw std::runtime_error("get_history_item needs an entryID");
-    std::vector<StandinEntry> found;
+    std::vector<HistoryEntry> found;
     if (auto entry = history.entry(*entryID)) found.push_back(std::move(*entry));
     writeEntries(found, 1, reply);
 }
 
 }  // namespace
 
-void addHistoryOperations(Operations& operations, const HistoryFile& history, bool refuses) {
+void addHistoryOperations(Operations& operations, const HistoryFile& history, bool isRefused) {
     const auto add = [&](const char* name, auto operation) {
-        operations[name] = [=](JSON request, JSONWriter& reply) {
-            if (refuses)
+        operations[name] = [&history, isRefused, operation](JSON request, JSONWriter& reply) {
+            if (isRefused)
                 throw std::runtime_error("The user has not given this agent access to the full history");
             operation(history, request, reply);
         };

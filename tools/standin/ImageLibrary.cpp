@@ -26,7 +26,7 @@ namespace quorvantis::standin {
 
 namespace {
 
-constexpr double certain = 1, nearlyCertain = 0.95;
+constexpr double sameFileConfidence = 1, samePixelsConfidence = 0.95;
 
 std::vector<std::uint8_t> startOf(const std::string& path) {
     const ReadableFile file(path);
@@ -74,7 +74,7 @@ std::vector<std::string> filesIn(const std::string& folder) {
     return paths;
 }
 
-/// A UUID made of the hash's first digits.
+/// The UUID of the hash's first 32 digits.
 UUID identifierFrom(const std::string& hash) {
     std::string text = hash.substr(0, 32);
     for (const int hyphen : {8, 13, 18, 23}) text.insert(static_cast<std::size_t>(hyphen), 1, '-');
@@ -87,7 +87,7 @@ Asset assetOf(const std::string& path, const AttachmentIdentity& identity) {
     return {.path = path,
             .uti = typeOf(startOf(path)),
             .entryID = identifierFrom(identity.sha256),
-            .writtenAt = Date::sinceEpoch(status.st_mtime),
+            .modifiedAt = Date::sinceEpoch(status.st_mtime),
             .byteCount = status.st_size,
             .identity = identity};
 }
@@ -110,13 +110,14 @@ const Asset* ImageLibrary::find(std::string_view assetID) const {
 
 std::optional<Match> ImageLibrary::match(JSON attachment) const {
     for (const char* key : {"assetID", "sha256"})
-        if (const Asset* asset = find(attachment[key].string().value_or(""))) return Match{asset, certain};
+        if (const Asset* asset = find(attachment[key].string().value_or("")))
+            return Match{asset, sameFileConfidence};
     const auto pixelHash = attachment["pixelHash"].string();
     if (!pixelHash) return std::nullopt;
     const auto found = std::find_if(assets_.begin(), assets_.end(), [&](const Asset& asset) {
         return asset.identity.pixelHash == pixelHash;
     });
-    return found == assets_.end() ? std::nullopt : std::optional(Match{&*found, nearlyCertain});
+    return found == assets_.end() ? std::nullopt : std::optional(Match{&*found, samePixelsConfidence});
 }
 
 }  // namespace quorvantis::standin

@@ -13,36 +13,37 @@
 
 namespace quorvantis::standin {
 
-/// An image that the stand-in knows.
+/// An image of the library.
 struct Asset {
-    std::string path;  // of the original
-    std::string uti;   // uniform type identifier, told from its first bytes
-    UUID entryID;      // of its history entry, the same at each start
-    Date writtenAt;
+    std::string path;
+    std::string uti;  // uniform type identifier, from the file's first bytes
+    UUID entryID;     // of its history entry; made of the file's hash
+    Date modifiedAt;
     std::int64_t byteCount = 0;
     AttachmentIdentity identity;
 
-    /// The identifier by which references and agents name the image: the hash of the file.
+    /// What identifies the image in references and requests: the SHA-256 of the file.
     const std::string& assetID() const { return identity.sha256; }
 };
 
-/// An image found, and how sure it is that it is the one meant: from 0 to 1.
+/// An image found for an attachment.
 struct Match {
     const Asset* asset;
-    double confidence;
+    double confidence;  // that it is the image meant, from 0 to 1
 };
 
 /// The images of a folder, each identified as the server identifies attachments.
 class ImageLibrary {
   public:
     ImageLibrary() = default;
-    /// Reads the files of the folder, not of those below it. Throws FileError.
+    /// Reads the regular files in the folder, but not in its subfolders. Throws FileError.
     explicit ImageLibrary(const std::string& folder);
 
     const std::vector<Asset>& assets() const { return assets_; }
+    /// Returns null when there is none.
     const Asset* find(std::string_view assetID) const;
-    /// The image that an attachment describes: by asset identifier or file hash for certain, by its decoded
-    /// pixels nearly so.
+    /// The image with the attachment's "assetID" or "sha256", with confidence 1; otherwise one with its
+    /// "pixelHash", with confidence 0.95.
     std::optional<Match> match(JSON attachment) const;
 
   private:

@@ -1,12 +1,10 @@
-#include "ImageOperations.h"
-
 #include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "Broker.h"
 #include "ImageLibrary.h"
+#include "Operations.h"
 #include "Workspace.h"
 #include "json/JSON.h"
 #include "json/JSONWriter.h"
@@ -17,13 +15,13 @@ namespace quorvantis::standin {
 
 namespace {
 
-std::string text(JSON request, const char* key) {
+std::string requiredText(JSON request, const char* key) {
     const auto value = request[key].string();
     if (!value) throw std::runtime_error(std::string("The request lacks ") + key);
     return std::string(*value);
 }
 
-void writeFacts(const Asset& asset, JSONWriter& writer) {
+void writeMetadata(const Asset& asset, JSONWriter& writer) {
     writer.members("assetID", asset.assetID(), "entryID", asset.entryID.upperCaseText(), "uti", asset.uti,
                    "byteCount", asset.byteCount, "bitExact", true);
     if (asset.identity.pixelHash)
@@ -32,9 +30,9 @@ void writeFacts(const Asset& asset, JSONWriter& writer) {
 }
 
 void writeCopy(const Asset& asset, const std::string& workspaceRoot, JSONWriter& writer) {
-    const WorkspaceFile file = copiedInto(workspaceRoot, asset.path, asset.assetID());
+    const WorkspaceFile file = copyIntoWorkspace(workspaceRoot, asset.path, asset.assetID());
     writer.beginObject();
-    writeFacts(asset, writer);
+    writeMetadata(asset, writer);
     writer.members("workspacePath", file.path, "relativePath", file.relativePath);
     writer.endObject();
 }
@@ -46,18 +44,18 @@ std::vector<Match> matches(const ImageLibrary& library, JSON attachments) {
     return found;
 }
 
-double leastConfidence(const std::vector<Match>& found) {
+double minimumConfidence(const std::vector<Match>& found) {
     const auto less = [](const Match& one, const Match& other) { return one.confidence < other.confidence; };
     return found.empty() ? 0 : std::min_element(found.begin(), found.end(), less)->confidence;
 }
 
 void resolve(const ImageLibrary& library, JSON request, JSONWriter& reply) {
-    const std::string workspaceRoot = text(request, "workspaceRoot");
+    const std::string workspaceRoot = requiredText(request, "workspaceRoot");
     const auto found = matches(library, request["attachments"]);
     const bool matched = !found.empty() && found.size() == request["attachments"].elements().count();
     reply.members("matched", matched);
     reply.key("confidence");
-    reply.literal(shortestNumberText(leastConfidence(found)));
+    reply.literal(shortestNumberText(minimumConfidence(found)));
     reply.key("images");
     reply.beginArray();
     for (const Match& match : found) writeCopy(*match.asset, workspaceRoot, reply);
@@ -65,8 +63,8 @@ void resolve(const ImageLibrary& library, JSON request, JSONWriter& reply) {
 }
 
 void materialize(const ImageLibrary& library, JSON request, JSONWriter& reply) {
-    const Asset* asset = library.find(text(request, "assetID"));
-    const std::string workspaceRoot = text(request, "workspaceRoot");
+    const Asset* asset = library.find(requiredText(request, "assetID"));
+    const std::string workspaceRoot = requiredText(request, "workspaceRoot");
     reply.key("images");
     reply.beginArray();
     if (asset) writeCopy(*asset, workspaceRoot, reply);
@@ -74,12 +72,12 @@ void materialize(const ImageLibrary& library, JSON request, JSONWriter& reply) {
 }
 
 void metadata(const ImageLibrary& library, JSON request, JSONWriter& reply) {
-    const Asset* asset = library.find(text(request, "assetID"));
+    const Asset* asset = library.find(requiredText(request, "assetID"));
     reply.key("images");
     reply.beginArray();
     if (asset) {
         reply.beginObject();
-        writeFacts(*asset, reply);
+        writeMetadata(*asset, reply);
         reply.endObject();
     }
     reply.endArray();

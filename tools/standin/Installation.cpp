@@ -30,7 +30,7 @@ std::string newCredential() {
     return UUID::random().lowerCaseText() + UUID::random().lowerCaseText();
 }
 
-void writeNew(const std::string& agent) {
+void writeRegistration(const std::string& agent) {
     const std::string credential = newCredential();
     const std::string credentialPath = joinedPath(HelperPaths().appSupport, "Credentials/" + agent);
     makeFolders(parentPath(credentialPath));
@@ -45,7 +45,7 @@ void writeNew(const std::string& agent) {
                         manifestPath(agent));
 }
 
-Installation existing(const std::string& agent) {
+Installation readRegistration(const std::string& agent) {
     const auto manifest = HelperIO::readJSON<AgentManifest>(manifestPath(agent));
     const auto validated = CredentialValidator().validate(agent, manifest.clientID, manifest.credentialPath);
     return {{agent, manifest.clientID, validated.token}, manifest.credentialPath};
@@ -60,9 +60,9 @@ std::string Installation::commandLine() const {
            HelperIO::shellQuoted(credentialPath);
 }
 
-Installation installed(const std::string& agent) {
-    if (access(manifestPath(agent).c_str(), F_OK) != 0) writeNew(agent);
-    return existing(agent);
+Installation registerAgent(const std::string& agent) {
+    if (access(manifestPath(agent).c_str(), F_OK) != 0) writeRegistration(agent);
+    return readRegistration(agent);
 }
 
 }  // namespace quorvantis::standin

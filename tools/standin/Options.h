@@ -11,9 +11,9 @@ struct Options {
     std::string folder;
     std::string history;
     std::vector<std::string> agents;
-    std::string images;                     // the folder of images to know; empty: none
+    std::string images;                     // the folder of images; empty: none
     std::vector<std::string> promptImages;  // file names in it
-    std::string workspace;                  // where the prompt is written
+    std::string workspace;                  // of the prompt
     std::optional<std::string> addedText;   // to add to the history, instead of serving
     bool refusesHistory = false;
     bool wantsHelp = false;

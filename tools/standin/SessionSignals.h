@@ -4,16 +4,17 @@
 
 namespace quorvantis::standin {
 
-/// Listens for the notification that a client session has changed. Where there is none to be had, it stays
-/// silent, and its user must look by itself now and then.
+/// Receives the notification that a client session has changed. Where the system delivers none, as without a
+/// session bus, nothing arrives, and the records have to be read from time to time.
 class SessionSignals {
   public:
     SessionSignals();
     ~SessionSignals();
 
-    /// Ready for reading when there may be a notification; -1 when nothing tells: then `take` finds out.
+    /// Becomes ready for reading when a notification may have arrived; -1 when there is nothing to poll, and
+    /// `take` has to be called from time to time.
     int descriptor() const;
-    /// Takes the notifications that have arrived. True when there was one.
+    /// Consumes the notifications that have arrived. Returns whether there was one.
     bool take();
 
   private:

@@ -25,14 +25,14 @@ Descriptor openImageFolder(const std::string& workspaceRoot) {
     if (!workspaceRoot.starts_with('/'))
         throw std::runtime_error("The workspace root must be an absolute path");
     const Descriptor root(open(workspaceRoot.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!root) throw std::runtime_error("The workspace root is no folder");
+    if (!root) throw std::runtime_error("The workspace root is not a folder");
     if (mkdirat(root.get(), imageFolder, 0777) != 0 && errno != EEXIST) throw FileError::system(errno);
     Descriptor folder(openat(root.get(), imageFolder, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (!folder) throw FileError::system(errno);
     return folder;
 }
 
-bool isSame(const std::string& path, const std::string& hash) {
+bool isCopy(const std::string& path, const std::string& hash) {
     struct stat status;
     return lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
            HelperIO::sha256FileAt(path) == hash;
@@ -45,11 +45,11 @@ void copy(const std::string& file, const Descriptor& target, const std::string& 
     if (!writeStream(target.get(), content)) throw FileError::system(errno);
 }
 
-/// False when something stands there already.
-bool putInto(const Descriptor& folder, const std::string& name, const std::string& file,
-             const std::string& hash) {
+/// Returns false when there is a file or a link of that name.
+bool createCopy(const Descriptor& folder, const std::string& name, const std::string& file,
+                const std::string& hash) {
     const Descriptor target(
-        openat(folder.get(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
+        openat(folder.get(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
     if (!target && errno == EEXIST) return false;
     if (!target) throw FileError::system(errno);
     try {
@@ -63,15 +63,16 @@ bool putInto(const Descriptor& folder, const std::string& name, const std::strin
 
 }  // namespace
 
-WorkspaceFile copiedInto(const std::string& workspaceRoot, const std::string& file, const std::string& hash) {
+WorkspaceFile copyIntoWorkspace(const std::string& workspaceRoot, const std::string& file,
+                                const std::string& hash) {
     const Descriptor folder = openImageFolder(workspaceRoot);
     const std::string name = lastPathComponent(file);
     for (const std::string& candidate : {name, hash.substr(0, 16) + "-" + name}) {
         const std::string relativePath = joinedPath(imageFolder, candidate);
         const std::string path = joinedPath(workspaceRoot, relativePath);
-        if (putInto(folder, candidate, file, hash) || isSame(path, hash)) return {path, relativePath};
+        if (createCopy(folder, candidate, file, hash) || isCopy(path, hash)) return {path, relativePath};
     }
-    throw std::runtime_error("Other files stand in the image's place in the workspace");
+    throw std::runtime_error("The workspace has other files of the image's names");
 }
 
 }  // namespace quorvantis::standin

@@ -10,16 +10,14 @@
 #include "Broker.h"
 #include "BrokerSocket.h"
 #include "ClientWatch.h"
+#include "HistoryEntry.h"
 #include "HistoryFile.h"
-#include "HistoryOperations.h"
-#include "ImageEntries.h"
 #include "ImageLibrary.h"
-#include "ImageOperations.h"
 #include "Installation.h"
-#include "Log.h"
+#include "Operations.h"
 #include "Options.h"
 #include "SessionSignals.h"
-#include "StopSignal.h"
+#include "Terminal.h"
 #include "integration/HelperPaths.h"
 #include "json/JSON.h"
 #include "json/JSONWriter.h"
@@ -31,22 +29,22 @@ namespace quorvantis::standin {
 
 namespace {
 
-constexpr int lookInterval = 500;  // milliseconds between looks at the session records
+constexpr int pollInterval = 500;  // milliseconds between readings of the session records
 
-/// From here on every path of the program is below the folder, as it will be for the servers.
+/// Makes HelperPaths return paths in the folder, as the servers will.
 void useFolder(const std::string& folder) {
     setenv("QUORVANTIS_TESTING", "1", 1);
     setenv("QUORVANTIS_APP_SUPPORT", folder.c_str(), 1);
 }
 
-std::vector<Installation> installedAll(const std::vector<std::string>& agents) {
+std::vector<Installation> registerAll(const std::vector<std::string>& agents) {
     std::vector<Installation> installations;
-    for (const std::string& agent : agents) installations.push_back(installed(agent));
+    for (const std::string& agent : agents) installations.push_back(registerAgent(agent));
     return installations;
 }
 
-void introduce(const HistoryFile& history, const ImageLibrary& images,
-               const std::vector<Installation>& agents) {
+void printIntroduction(const HistoryFile& history, const ImageLibrary& images,
+                       const std::vector<Installation>& agents) {
     std::printf("Quorvantis stand-in\n\n  socket   %s\n  history  %s, %zu entries\n  images   %zu\n",
                 HelperPaths().socket.c_str(), history.path().c_str(), history.entries().size(),
                 images.assets().size());
@@ -77,26 +75,26 @@ void serve(const BrokerSocket& socket, const Broker& broker, ClientWatch& client
         std::array<pollfd, 3> waiting = {{{.fd = stop, .events = POLLIN, .revents = 0},
                                           {.fd = socket.descriptor(), .events = POLLIN, .revents = 0},
                                           {.fd = signals.descriptor(), .events = POLLIN, .revents = 0}}};
-        const int ready = poll(waiting.data(), waiting.size(), lookInterval);
+        const int ready = poll(waiting.data(), waiting.size(), pollInterval);
         if (waiting[0].revents != 0) return;
         const bool hasRequest = waiting[1].revents != 0;
-        if (signals.take() || hasRequest || ready == 0) clients.look();
-        if (hasRequest) socket.serveOne([&](auto request) { return broker.answer(request); });
+        if (signals.take() || hasRequest || ready == 0) clients.update();
+        if (hasRequest) socket.serveOne([&](auto request) { return broker.handle(request); });
     }
 }
 
 void run(const Options& options) {
     useFolder(options.folder);
-    HistoryFile(options.history).makeIfMissing();
+    HistoryFile(options.history).createIfMissing();
     if (options.addedText) return HistoryFile(options.history).add(*options.addedText);
     const auto images = options.images.empty() ? ImageLibrary() : ImageLibrary(options.images);
     const auto prompt = promptWith(options.promptImages, images, options.workspace);
-    const HistoryFile history(options.history, historyEntries(images));
+    const HistoryFile history(options.history, imageEntries(images));
     const int stop = stopSignalDescriptor();
-    const auto agents = installedAll(options.agents);
+    const auto agents = registerAll(options.agents);
     makeFolders(parentPath(HelperPaths().socket));
     const BrokerSocket socket(HelperPaths().socket);
-    introduce(history, images, agents);
+    printIntroduction(history, images, agents);
     ClientWatch clients(options.agents);
     serve(socket, Broker(agents, operationsFor(history, images, prompt, options)), clients, stop);
     log("stopped");

@@ -9,21 +9,22 @@ namespace quorvantis::standin {
 
 struct SessionSignals::Connection {
     sd_bus* bus = nullptr;
-    bool isHeard = false;
+    bool hasArrived = false;
 
     ~Connection() { sd_bus_flush_close_unref(bus); }
 };
 
 SessionSignals::SessionSignals() : connection_(std::make_unique<Connection>()) {
-    const auto hear = [](sd_bus_message*, void* connection, sd_bus_error*) {
-        static_cast<Connection*>(connection)->isHeard = true;
+    const auto receive = [](sd_bus_message*, void* connection, sd_bus_error*) {
+        static_cast<Connection*>(connection)->hasArrived = true;
         return 0;
     };
-    const bool listens = sd_bus_open_user(&connection_->bus) >= 0 &&
-                         sd_bus_match_signal(connection_->bus, nullptr, nullptr, platform::clientSessionPath,
-                                             platform::clientSessionInterface, platform::clientSessionChanged,
-                                             hear, connection_.get()) >= 0;
-    if (!listens) connection_.reset();
+    const bool isListening =
+        sd_bus_open_user(&connection_->bus) >= 0 &&
+        sd_bus_match_signal(connection_->bus, nullptr, nullptr, platform::clientSessionPath,
+                            platform::clientSessionInterface, platform::clientSessionChanged, receive,
+                            connection_.get()) >= 0;
+    if (!isListening) connection_.reset();
 }
 
 SessionSignals::~SessionSignals() = default;
@@ -34,12 +35,12 @@ int SessionSignals::descriptor() const {
 
 bool SessionSignals::take() {
     if (!connection_) return false;
-    connection_->isHeard = false;
+    connection_->hasArrived = false;
     int handled;
     while ((handled = sd_bus_process(connection_->bus, nullptr)) > 0) {}
-    const bool isHeard = connection_->isHeard;
+    const bool hasArrived = connection_->hasArrived;
     if (handled < 0) connection_.reset();  // the bus is gone
-    return isHeard;
+    return hasArrived;
 }
 
 }  // namespace quorvantis::standin

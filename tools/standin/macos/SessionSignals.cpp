@@ -7,16 +7,16 @@
 namespace quorvantis::standin {
 
 struct SessionSignals::Connection {
-    bool isHeard = false;
+    bool hasArrived = false;
 
     ~Connection() {
         const platform::AutoreleasePool pool;
         CFNotificationCenterRemoveEveryObserver(CFNotificationCenterGetDistributedCenter(), this);
     }
 
-    static void hear(CFNotificationCenterRef, void* connection, CFNotificationName, const void*,
-                     CFDictionaryRef) {
-        static_cast<Connection*>(connection)->isHeard = true;
+    static void receive(CFNotificationCenterRef, void* connection, CFNotificationName, const void*,
+                        CFDictionaryRef) {
+        static_cast<Connection*>(connection)->hasArrived = true;
     }
 };
 
@@ -24,7 +24,7 @@ SessionSignals::SessionSignals() : connection_(std::make_unique<Connection>()) {
     const platform::AutoreleasePool pool;
     const auto name = platform::ownedString(platform::clientSessionChanged);
     CFNotificationCenterAddObserver(CFNotificationCenterGetDistributedCenter(), connection_.get(),
-                                    Connection::hear, name.get(), nullptr,
+                                    Connection::receive, name.get(), nullptr,
                                     CFNotificationSuspensionBehaviorDeliverImmediately);
 }
 
@@ -36,9 +36,9 @@ int SessionSignals::descriptor() const {
 
 bool SessionSignals::take() {
     const platform::AutoreleasePool pool;
-    connection_->isHeard = false;
+    connection_->hasArrived = false;
     while (CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, true) == kCFRunLoopRunHandledSource) {}
-    return connection_->isHeard;
+    return connection_->hasArrived;
 }
 
 }  // namespace quorvantis::standin
