@@ -25,6 +25,7 @@ add_executable(quorvantis-tests
   tests/mcp/ToolsTest.cpp
   tests/mcp/TranscriptTest.cpp
   tests/platform/${platform}/HomeFolderTest.cpp
+  tests/standin/StandinTest.cpp
   tests/state/HistoryRecordsTest.cpp
   tests/state/MCPClientSessionTest.cpp
   tests/state/PromptHookObservationTest.cpp
@@ -39,11 +40,16 @@ if(APPLE)
 else()
   target_sources(quorvantis-tests PRIVATE tests/platform/linux/ClientSessionNotificationTest.cpp)
 endif()
-add_dependencies(quorvantis-tests quorvantis-mcp)
+add_dependencies(quorvantis-tests quorvantis-mcp quorvantis-standin)
+if(NOT APPLE)
+  add_dependencies(quorvantis-tests quorvantis-image-decoder)
+endif()
 target_include_directories(quorvantis-tests PRIVATE tests)
 target_compile_definitions(quorvantis-tests PRIVATE
+  QUORVANTIS_PICTURES="${PROJECT_SOURCE_DIR}/tests/pictures"
   QUORVANTIS_SERVER="$<TARGET_FILE:quorvantis-mcp>"
   QUORVANTIS_SOURCE="${PROJECT_SOURCE_DIR}/src"
+  QUORVANTIS_STANDIN="$<TARGET_FILE:quorvantis-standin>"
   QUORVANTIS_TRANSCRIPTS="${PROJECT_SOURCE_DIR}/tests/transcripts")
 target_link_libraries(quorvantis-tests PRIVATE quorvantis options GTest::gtest)
 gtest_discover_tests(quorvantis-tests DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
