@@ -8,9 +8,9 @@
 #include <string>
 #include <unistd.h>
 
-#include "imaging/ImageReferences.h"
-#include "state/PromptHookObservation.h"
-#include "support/UTF8.h"
+#include "quorvantis/imaging/ImageReferences.h"
+#include "quorvantis/state/PromptHookObservation.h"
+#include "quorvantis/support/UTF8.h"
 
 namespace {
 

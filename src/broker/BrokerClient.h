@@ -4,10 +4,10 @@
 #include <string_view>
 #include <vector>
 
-#include "broker/BrokerIdentity.h"
-#include "integration/HelperPaths.h"
-#include "json/JSONDocument.h"
-#include "json/JSONWriter.h"
+#include "../integration/HelperPaths.h"
+#include "../json/JSONDocument.h"
+#include "../json/JSONWriter.h"
+#include "BrokerIdentity.h"
 
 namespace quorvantis {
 

@@ -8,7 +8,7 @@
 #include <tuple>
 #include <vector>
 
-#include "json/JSONRecord.h"
+#include "../json/JSONRecord.h"
 
 namespace quorvantis {
 

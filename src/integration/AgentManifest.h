@@ -5,8 +5,8 @@
 #include <tuple>
 #include <vector>
 
-#include "json/Date.h"
-#include "json/JSONRecord.h"
+#include "../json/Date.h"
+#include "../json/JSONRecord.h"
 
 namespace quorvantis {
 

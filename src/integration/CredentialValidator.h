@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "integration/AgentManifest.h"
-#include "integration/HelperPaths.h"
+#include "AgentManifest.h"
+#include "HelperPaths.h"
 
 namespace quorvantis {
 

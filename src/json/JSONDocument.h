@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "json/JSON.h"
+#include "JSON.h"
 
 namespace quorvantis {
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "json/JSONRecord.h"
-#include "support/Files.h"
-#include "support/Paths.h"
+#include "../support/Files.h"
+#include "../support/Paths.h"
+#include "JSONRecord.h"
 
 namespace quorvantis::HelperIO {
 

@@ -13,13 +13,13 @@
 #include <utility>
 #include <vector>
 
-#include "json/CodingErrors.h"
-#include "json/Date.h"
-#include "json/JSON.h"
-#include "json/JSONDocument.h"
-#include "json/JSONWriter.h"
-#include "json/NumberText.h"
-#include "json/UUID.h"
+#include "CodingErrors.h"
+#include "Date.h"
+#include "JSON.h"
+#include "JSONDocument.h"
+#include "JSONWriter.h"
+#include "NumberText.h"
+#include "UUID.h"
 
 namespace quorvantis {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "json/JSON.h"
+#include "JSON.h"
 
 namespace quorvantis {
 

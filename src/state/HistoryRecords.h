@@ -6,9 +6,9 @@
 #include <tuple>
 #include <vector>
 
-#include "json/Date.h"
-#include "json/JSONRecord.h"
-#include "json/UUID.h"
+#include "../json/Date.h"
+#include "../json/JSONRecord.h"
+#include "../json/UUID.h"
 
 namespace quorvantis {
 

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <tuple>
 
-#include "broker/BrokerIdentity.h"
-#include "json/Date.h"
-#include "json/JSONRecord.h"
+#include "../broker/BrokerIdentity.h"
+#include "../json/Date.h"
+#include "../json/JSONRecord.h"
 
 namespace quorvantis {
 

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <tuple>
 
-#include "json/Date.h"
-#include "json/JSONRecord.h"
+#include "../json/Date.h"
+#include "../json/JSONRecord.h"
 
 namespace quorvantis {
 

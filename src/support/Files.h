@@ -7,7 +7,7 @@
 #include <sys/types.h>
 #include <time.h>
 
-#include "platform/Descriptors.h"
+#include "../platform/Descriptors.h"
 
 namespace quorvantis {
 

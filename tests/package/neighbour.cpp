@@ -1,13 +1,13 @@
-// A program of somebody else's that has a Boost.JSON of its own beside the library. It prints what both read of a text,
-// and the hash of a picture's pixels.
+// A program of somebody else's that has a Boost.JSON of its own beside the library. It prints what both read
+// of a text, and the hash of a picture's pixels.
 //
 //     neighbour JSON PICTURE
 
 #include <boost/json/src.hpp>
 #include <cstdio>
 
-#include "imaging/AttachmentIdentity.h"
-#include "json/JSONDocument.h"
+#include "quorvantis/imaging/AttachmentIdentity.h"
+#include "quorvantis/json/JSONDocument.h"
 
 int main(int, char** arguments) {
     const auto theirs = boost::json::parse(arguments[1]).at("number").as_int64();
