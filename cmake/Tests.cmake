@@ -51,7 +51,7 @@ target_compile_definitions(quorvantis-tests PRIVATE
   QUORVANTIS_SOURCE="${PROJECT_SOURCE_DIR}/src"
   QUORVANTIS_STANDIN="$<TARGET_FILE:quorvantis-standin>"
   QUORVANTIS_TRANSCRIPTS="${PROJECT_SOURCE_DIR}/tests/transcripts")
-target_link_libraries(quorvantis-tests PRIVATE quorvantis options GTest::gtest)
+target_link_libraries(quorvantis-tests PRIVATE quorvantis quorvantis-options GTest::gtest)
 gtest_discover_tests(quorvantis-tests DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
 
 # The programs and the library as they are installed, and a program of somebody else's built with them.
@@ -89,7 +89,7 @@ if(NOT APPLE)
     QUORVANTIS_PICTURES="${PROJECT_SOURCE_DIR}/tests/pictures")
   # libheif is asked for its version.
   target_link_libraries(quorvantis-imaging-tests PRIVATE
-    decoding options PkgConfig::heif GTest::gtest ZLIB::ZLIB)
+    quorvantis-decoding quorvantis-options PkgConfig::heif GTest::gtest ZLIB::ZLIB)
   add_dependencies(quorvantis-imaging-tests quorvantis-image-decoder quorvantis-image-decoder-heif
                                             quorvantis-image-decoder-tiff)
   gtest_discover_tests(quorvantis-imaging-tests PROPERTIES TIMEOUT 120)
@@ -115,6 +115,6 @@ if(NOT APPLE)
   target_compile_definitions(quorvantis-frameworks-tests PRIVATE st_ctimespec=st_ctim)
   # These objects come before those of the library, which it then does not use.
   target_link_libraries(quorvantis-frameworks-tests PRIVATE
-    quorvantis options PkgConfig::nettle utf8proc GTest::gtest_main)
+    quorvantis quorvantis-options PkgConfig::nettle quorvantis-utf8proc GTest::gtest_main)
   gtest_discover_tests(quorvantis-frameworks-tests DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
 endif()

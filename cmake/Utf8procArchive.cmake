@@ -1,4 +1,4 @@
-# The target utf8proc on macOS: an archive, never a shared library, so that the programs need nothing but the system.
+# The target quorvantis-utf8proc on macOS: an archive, never a shared library, so that the programs need nothing but the system.
 # Homebrew's has been a shared library alone since 2.11; scripts/setup makes the archive in build/utf8proc.
 
 set(madeBySetup ${PROJECT_SOURCE_DIR}/build/utf8proc)
@@ -9,8 +9,8 @@ if(NOT utf8procArchive OR NOT utf8procHeaders)
                       "scripts/setup makes them. Others can be named: -DCMAKE_PREFIX_PATH=<folder>")
 endif()
 
-add_library(utf8proc STATIC IMPORTED)
-set_target_properties(utf8proc PROPERTIES
+add_library(quorvantis-utf8proc STATIC IMPORTED)
+set_target_properties(quorvantis-utf8proc PROPERTIES
   IMPORTED_LOCATION ${utf8procArchive}
   INTERFACE_COMPILE_DEFINITIONS UTF8PROC_STATIC
   INTERFACE_INCLUDE_DIRECTORIES ${utf8procHeaders})
