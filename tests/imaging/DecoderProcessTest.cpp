@@ -27,11 +27,12 @@ class DecoderProcessTest : public testing::Test {
     /// What is printed for files of these texts, each with its line feed.
     static std::string identities(const std::vector<std::string>& texts, int patience = 20'000,
                                   const std::string& redirections = "") {
-        std::string command = "exec " + *folder / "program" + " --identify " + std::to_string(patience);
+        std::string command =
+            "exec " + HelperIO::shellQuoted(*folder / "program") + " --identify " + std::to_string(patience);
         for (std::size_t i = 0; i < texts.size(); ++i) {
             const auto path = *folder / "picture" + std::to_string(i);
             writeText(path, texts[i]);
-            command += " " + path;
+            command += " " + HelperIO::shellQuoted(path);
         }
         command += redirections;
         FILE* output = popen(command.c_str(), "r");
