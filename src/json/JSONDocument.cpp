@@ -11,7 +11,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -59,8 +58,9 @@ class JSONBuilder {
     using Error = quorvantis_boost::system::error_code;
     using Text = quorvantis_boost::json::string_view;
 
-    JSONBuilder(JSONDocument& document, std::string_view text)
-        : nodes_(document.nodes_), unescaped_(document.unescaped_), text_(text) {
+    /// `parsed` is what the parser reads: the text, or a copy of the same size with other digits in it.
+    JSONBuilder(JSONDocument& document, std::string_view text, std::string_view parsed)
+        : nodes_(document.nodes_), unescaped_(document.unescaped_), text_(text), parsed_(parsed) {
         nodes_.reserve(std::min(text.size() / 4 + 1, maximumReservedNodes));
     }
 
@@ -121,52 +121,108 @@ class JSONBuilder {
     }
 
     bool addText(Text last, Kind kind) {
-        const bool isWhole = partsStart_ == partsEnd_ && isInText(last.data());
-        if (isWhole) return add({last.data(), last.size(), kind});
+        const bool isWhole = partsStart_ == partsEnd_ && isParsed(last.data());
+        if (isWhole) return add({text_.data() + (last.data() - parsed_.data()), last.size(), kind});
         addPart(last);
         const std::size_t start = std::exchange(partsStart_, partsEnd_);
         return add({unescaped_.get() + start, partsEnd_ - start, kind});
     }
 
     // The parser passes a text with escapes in its own buffer.
-    bool isInText(const char* place) const {
+    bool isParsed(const char* place) const {
         const std::less_equal<const char*> notAfter;
-        return notAfter(text_.data(), place) && notAfter(place, text_.data() + text_.size());
+        return notAfter(parsed_.data(), place) && notAfter(place, parsed_.data() + parsed_.size());
     }
 
     void keepFirstOfEachKey(std::size_t place, std::size_t members) {
         // Pairwise comparison is faster for a few keys, but quadratic.
         if (members <= maximumPairwiseMembers && !hasRepeatedKey(JSON(&nodes_[place]))) return;
-        std::unordered_set<std::string_view> seen;
+        const auto repeated = repeatedKeys(place);
+        if (repeated.empty()) return;
         std::size_t kept = place + 1;
+        auto skipped = repeated.begin();
         for (std::size_t key = place + 1; key < nodes_.size();) {
-            const std::size_t next = static_cast<std::size_t>(nodes_[key + 1].next() - nodes_.data());
-            if (seen.insert(nodes_[key].view()).second)
-                while (key < next) nodes_[kept++] = nodes_[key++];
+            const std::size_t next = nextKey(key);
+            if (skipped != repeated.end() && *skipped == key)
+                ++skipped;
+            else
+                for (std::size_t node = key; node < next; ++node) nodes_[kept++] = nodes_[node];
             key = next;
         }
         nodes_.resize(kept);
         nodes_[place].size = kept - place;
     }
 
+    /// The positions of the keys that stand in the object before, in order. Found by sorting: no choice of
+    /// keys makes that slow, as it would a hash table.
+    std::vector<std::size_t> repeatedKeys(std::size_t place) const {
+        std::vector<std::size_t> keys;
+        for (std::size_t key = place + 1; key < nodes_.size(); key = nextKey(key)) keys.push_back(key);
+        std::sort(keys.begin(), keys.end(), [&](std::size_t one, std::size_t other) {
+            const int order = nodes_[one].view().compare(nodes_[other].view());
+            return order != 0 ? order < 0 : one < other;
+        });
+        std::vector<std::size_t> repeated;
+        for (std::size_t i = 1; i < keys.size(); ++i)
+            if (nodes_[keys[i]].view() == nodes_[keys[i - 1]].view()) repeated.push_back(keys[i]);
+        std::sort(repeated.begin(), repeated.end());
+        return repeated;
+    }
+
+    std::size_t nextKey(std::size_t key) const {
+        return static_cast<std::size_t>(nodes_[key + 1].next() - nodes_.data());
+    }
+
     std::vector<JSONNode>& nodes_;
     std::unique_ptr<char[]>& unescaped_;
-    std::string_view text_;
+    std::string_view text_, parsed_;
     std::size_t partsStart_ = 0, partsEnd_ = 0;  // of the current text, in `unescaped_`
     std::array<std::size_t, maximumJSONDepth> opened_;
     std::size_t depth_ = 0;
 };
 
-std::optional<JSONDocument> JSONDocument::parse(std::string_view text) {
-    if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
+namespace {
+
+/// The text with zeros for the digits of all exponents.
+std::string withoutExponents(std::string_view text) {
+    std::string masked(text);
+    bool isInString = false, isInExponent = false;
+    for (std::size_t i = 0; i < masked.size(); ++i) {
+        char& character = masked[i];
+        if (character == '"') isInString = !isInString;
+        if (isInString && character == '\\') ++i;
+        const bool isDigit = character >= '0' && character <= '9';
+        if (isInExponent && isDigit) character = '0';
+        isInExponent = !isInString && (character == 'e' || character == 'E' ||
+                                       (isInExponent && (isDigit || character == '+' || character == '-')));
+    }
+    return masked;
+}
+
+/// Parses `parsed` in place of the text.
+quorvantis_boost::system::error_code parse(std::string_view parsed, std::string_view text,
+                                           JSONDocument& document) {
     quorvantis_boost::json::parse_options options;
     options.max_depth = maximumJSONDepth;
-    JSONDocument document;
-    quorvantis_boost::json::basic_parser<JSONBuilder> parser(options, document, text);
+    quorvantis_boost::json::basic_parser<JSONBuilder> parser(options, document, text, parsed);
     quorvantis_boost::system::error_code error;
-    const std::size_t read = parser.write_some(false, text.data(), text.size(), error);
-    if (error || read != text.size()) return std::nullopt;
-    return document;
+    const std::size_t read = parser.write_some(false, parsed.data(), parsed.size(), error);
+    if (!error && read != parsed.size()) error = quorvantis_boost::json::error::extra_data;
+    return error;
+}
+
+}  // namespace
+
+std::optional<JSONDocument> JSONDocument::parse(std::string_view text) {
+    if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
+    JSONDocument document;
+    auto error = quorvantis::parse(text, text, document);
+    // The parser computes exponents, in 32 bits; any number of digits is valid.
+    if (error == quorvantis_boost::json::error::exponent_overflow) {
+        document = JSONDocument();
+        error = quorvantis::parse(withoutExponents(text), text, document);
+    }
+    return error ? std::nullopt : std::optional(std::move(document));
 }
 
 std::optional<JSONDocument> JSONDocument::parseOwned(std::string text) {

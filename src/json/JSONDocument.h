@@ -15,8 +15,8 @@ class JSONDocument {
   public:
     /// Parses strictly: exactly one value with optional white space around it, valid UTF-8, no lone
     /// surrogates. A leading byte-order mark is skipped; of members with the same key the first one wins.
-    /// Returns empty if the text is malformed or nested too deeply, or if the exponent of a number, written
-    /// without a decimal point, does not fit 32 bits. The document refers to the text, which must outlive it.
+    /// Returns empty if the text is malformed or nested too deeply. The document refers to the text, which
+    /// must outlive it.
     static std::optional<JSONDocument> parse(std::string_view text);
     /// Like `parse`, but the document owns the text.
     static std::optional<JSONDocument> parseOwned(std::string text);

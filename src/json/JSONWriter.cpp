@@ -9,6 +9,7 @@
 #include "json/CodingErrors.h"
 #include "json/JSON.h"
 #include "support/Hexadecimal.h"
+#include "support/UTF8.h"
 
 namespace quorvantis {
 
@@ -93,6 +94,7 @@ JSONWriter::JSONWriter(Slashes slashes, std::size_t enclosing) : slashes_(slashe
 }
 
 void JSONWriter::value(std::string_view string) {
+    isInvalid_ |= !isValidUTF8(string);
     separate();
     quote(string);
 }
@@ -102,7 +104,8 @@ void JSONWriter::value(JSON value) {
         case JSON::Kind::null: return null();
         case JSON::Kind::boolean: return this->value(*value.boolean());
         case JSON::Kind::number: return literal(*value.numberText());
-        case JSON::Kind::string: return this->value(*value.string());
+        case JSON::Kind::string:
+            return separate(), quote(*value.string());  // valid, or it would not have been read
         case JSON::Kind::array:
             beginArray();
             for (const JSON element : value.elements()) this->value(element);
@@ -133,7 +136,7 @@ void JSONWriter::key(std::string_view key) {
 }
 
 std::string JSONWriter::take() {
-    if (isTooDeep_) throw EncodingError();
+    if (isInvalid_) throw EncodingError();
     return std::move(text_);
 }
 
@@ -152,7 +155,7 @@ void JSONWriter::begin(char bracket) {
     separate();
     text_ += bracket;
     needsComma_ = false;
-    isTooDeep_ |= ++depth_ > maximumJSONDepth;
+    isInvalid_ |= ++depth_ > maximumJSONDepth;
 }
 
 void JSONWriter::end(char bracket) {

@@ -19,8 +19,8 @@ struct JSONText {
 /// Whether `/` in strings is written as `\/` or as it is.
 enum class Slashes { escaped, bare };
 
-/// Writes compact JSON incrementally. All strings must be valid UTF-8. Only quotation marks, backslashes,
-/// control characters and, if requested, slashes are escaped.
+/// Writes compact JSON incrementally. Only quotation marks, backslashes, control characters and, if
+/// requested, slashes are escaped. Keys must be valid UTF-8.
 class JSONWriter {
   public:
     /// `enclosing` is the number of containers into which the text will be inserted; it counts towards the
@@ -66,7 +66,8 @@ class JSONWriter {
         members(rest...);
     }
 
-    /// Returns the text. Throws EncodingError if containers were nested too deeply. Call it once, last.
+    /// Returns the text. Throws EncodingError if containers were nested too deeply or a string is not valid
+    /// UTF-8. Call it once, last.
     std::string take();
 
   private:
@@ -79,7 +80,7 @@ class JSONWriter {
     Slashes slashes_;
     std::size_t depth_;
     bool needsComma_ = false;
-    bool isTooDeep_ = false;
+    bool isInvalid_ = false;
     std::string text_;
 };
 

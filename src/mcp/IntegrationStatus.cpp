@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 
 #include "broker/BrokerClient.h"
 #include "broker/BrokerIdentity.h"
@@ -48,7 +48,7 @@ bool isEnvelopeKey(std::string_view key) {
 void writeRenamed(JSON value, JSONWriter& writer);
 
 /// Writes the member unless its new name is taken: if two keys become the same, the first one wins.
-void writeRenamed(const JSON::Member& member, std::unordered_set<std::string>& taken, JSONWriter& writer) {
+void writeRenamed(const JSON::Member& member, std::set<std::string>& taken, JSONWriter& writer) {
     const auto [name, isNew] = taken.insert(snakeCase(member.key));
     if (!isNew) return;
     writer.key(*name);
@@ -56,7 +56,7 @@ void writeRenamed(const JSON::Member& member, std::unordered_set<std::string>& t
 }
 
 void writeRenamed(JSON value, JSONWriter& writer) {
-    std::unordered_set<std::string> taken;
+    std::set<std::string> taken;
     switch (value.kind()) {
         case JSON::Kind::array:
             writer.beginArray();
@@ -77,7 +77,7 @@ JSONText getIntegrationStatus(JSON, const BrokerIdentity& identity) {
     JSONWriter status(Slashes::bare, containersAroundResult);
     status.beginObject();
     status.members("connected", true, "agent", identity.agent);
-    std::unordered_set<std::string> taken = {"connected", "agent"};
+    std::set<std::string> taken = {"connected", "agent"};
     for (const JSON::Member member : reply.root().members())
         if (!isEnvelopeKey(member.key)) writeRenamed(member, taken, status);
     status.endObject();

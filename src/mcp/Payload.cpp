@@ -4,6 +4,7 @@
 
 #include "json/JSON.h"
 #include "json/JSONWriter.h"
+#include "json/NumberText.h"
 
 namespace quorvantis::QuorvantisMCP {
 
@@ -24,7 +25,8 @@ bool isString(JSON value) {
 }
 
 bool isNumber(JSON value) {
-    return value.kind() == JSON::Kind::number;
+    const auto text = value.numberText();
+    return text && isWithinDouble(*text);
 }
 
 bool isInteger(JSON value) {

@@ -22,7 +22,7 @@ void writePublicPayload(JSON source, std::span<const PayloadKey> keys, JSONWrite
 
 // For PayloadKey::accepts.
 bool isString(JSON value);
-bool isNumber(JSON value);
+bool isNumber(JSON value);  // within the range of double: strict clients refuse others
 bool isInteger(JSON value);
 bool isBoolean(JSON value);
 bool isArrayOfStrings(JSON value);

@@ -10,6 +10,7 @@
 #include "json/JSONDocument.h"
 #include "json/JSONWriter.h"
 #include "mcp/Handlers.h"
+#include "mcp/Payload.h"
 #include "support/Characters.h"
 #include "support/HelperFailure.h"
 
@@ -33,7 +34,8 @@ JSONText resolveIdentities(const std::optional<JSONText>& identities, JSON argum
         fields.push_back({"sessionID", jsonText(*session)});
     if (const auto turn = arguments["turn_id"].string()) fields.push_back({"turnID", jsonText(*turn)});
     const JSONDocument reply = BrokerClient{identity}.call("resolve", fields);
-    const JSONText confidence = {std::string(reply["confidence"].numberText().value_or("0"))};
+    const JSON number = reply["confidence"];
+    const JSONText confidence = {std::string(isNumber(number) ? *number.numberText() : "0")};
     return jsonText(jsonObject("matched", reply["matched"].boolean().value_or(false),  //
                                "confidence", confidence, "images", publicImages(reply["images"])));
 }

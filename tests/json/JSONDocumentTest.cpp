@@ -1,9 +1,15 @@
 #include "json/JSONDocument.h"
 
+#include <clocale>
+#include <cstdlib>
 #include <gtest/gtest.h>
+#include <optional>
+#include <vector>
 
+#include "harness/TemporaryFolder.h"
 #include "harness/Words.h"
 #include "json/JSONWriter.h"
+#include "json/NumberText.h"
 
 namespace quorvantis {
 
@@ -22,11 +28,39 @@ TEST(JSONDocumentTest, ReadsValidTexts) {
     EXPECT_EQ(rewritten(" \t\r\n[ 1 , true,false , null,{}]\n"), "[1,true,false,null,{}]");
     EXPECT_EQ(rewritten("\xEF\xBB\xBF\"x\""), "\"x\"");
     EXPECT_EQ(rewritten(numbers), numbers);
+    const std::string exponents =
+        R"([0e2147483648,1E-2147483649,"1e9999999999\"2e9999999999",-2.5e+99999999999999999999])";
+    EXPECT_EQ(rewritten(exponents), exponents);
+    const auto huge =
+        JSONDocument::parse("[1e99999999999999999999,0e99999999999999999999,1e-99999999999999999999]")
+            .value();
+    std::vector<std::optional<std::int64_t>> integers;
+    for (const JSON number : huge.root().elements()) integers.push_back(number.integer());
+    EXPECT_EQ(integers, (std::vector<std::optional<std::int64_t>>{std::nullopt, 0, std::nullopt}));
     EXPECT_EQ(rewritten(nested(512)), nested(512));
     EXPECT_EQ(rewritten(R"({"b":{"x":1,"x":2},"a":2,"b":3,"\u0062":[4],"":5})"),
               R"({"b":{"x":1},"a":2,"":5})");
     EXPECT_EQ(rewritten(R"(["\ud83d\ude00\u00E9\u20ac\/\"\\\b\f\n\r\t","é","\u0000"])"),
               R"(["😀é€/\"\\\b\f\n\r\t","é","\u0000"])");
+}
+
+TEST(NumberTextTest, IsTheSameInALocaleWithACommaForThePoint) {
+    const harness::TemporaryFolder folder;
+    harness::writeText(folder / "source",
+                       "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \"\"\ngrouping -1\nEND LC_NUMERIC\n");
+    std::system(
+        ("localedef -c -i " + (folder / "source") + " " + (folder / "comma") + " >/dev/null 2>&1").c_str());
+    setenv("LOCPATH", folder.path().c_str(), 1);
+    const bool isSet = std::setlocale(LC_NUMERIC, "comma") || std::setlocale(LC_NUMERIC, "de_DE.UTF-8");
+    const std::string written = shortestNumberText(817000000.5);
+    const auto read = doubleFromNumberText("817000000.5");
+    const std::string point = std::localeconv()->decimal_point;
+    std::setlocale(LC_NUMERIC, "C");
+    unsetenv("LOCPATH");
+    if (!isSet) GTEST_SKIP() << "no such locale can be made here";
+    EXPECT_EQ(point, ",");
+    EXPECT_EQ(written, "817000000.5");
+    EXPECT_EQ(read, 817000000.5);
 }
 
 TEST(JSONDocumentTest, RefusesEverythingElse) {

@@ -36,6 +36,11 @@ TEST(JSONWriterTest, EscapesAtEveryPlaceOfAString) {
             }
 }
 
+TEST(JSONWriterTest, RefusesTextThatIsNotUTF8) {
+    for (const auto text : {"\xff", "a\xc3", "\xed\xa0\x80"})
+        EXPECT_THROW(written(text), EncodingError) << text;
+}
+
 TEST(JSONWriterTest, RefusesToNestTooDeeply) {
     for (const unsigned enclosing : {0u, 2u})
         for (const unsigned depth : {512u, 513u}) {
