@@ -10,16 +10,16 @@
 
 namespace quorvantis {
 
-bool HelperIO::writeLine(std::string json) {
-    return writeStream(STDOUT_FILENO, json.append("\n"));
+void HelperIO::writeLine(std::string json) {
+    if (!writeStream(STDOUT_FILENO, json.append("\n"))) breakOutput(STDOUT_FILENO);
 }
 
-bool QuorvantisMCP::failure(JSON id, int code, std::string_view message) {
-    return writeMessage("id", id, "error", jsonObject("code", code, "message", message));
+void QuorvantisMCP::failure(JSON id, int code, std::string_view message) {
+    writeMessage("id", id, "error", jsonObject("code", code, "message", message));
 }
 
-bool QuorvantisMCP::notifyToolsListChanged() {
-    return writeMessage("method", "notifications/tools/list_changed");
+void QuorvantisMCP::notifyToolsListChanged() {
+    writeMessage("method", "notifications/tools/list_changed");
 }
 
 }  // namespace quorvantis

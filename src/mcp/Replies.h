@@ -11,14 +11,13 @@ namespace quorvantis {
 
 namespace HelperIO {
 
-/// Writes the JSON text and a line feed to standard output, in one write. Returns false if standard output is
-/// closed or broken.
-bool writeLine(std::string json);
+/// Writes the JSON text and a line feed to standard output, in one write. After a write that failed nothing
+/// more is written.
+void writeLine(std::string json);
 
 }  // namespace HelperIO
 
-/// The messages that the session sends: JSON-RPC 2.0 objects on standard output, one per line. Each function
-/// returns false if standard output is closed or broken.
+/// The messages that the session sends: JSON-RPC 2.0 objects on standard output, one per line.
 namespace QuorvantisMCP {
 
 /// The number of containers around a tool's result in its response: the message, and "result".
@@ -26,19 +25,19 @@ inline constexpr std::size_t containersAroundResult = 2;
 
 /// Writes a message from alternating keys and values.
 template <class... KeysAndValues>
-bool writeMessage(const KeysAndValues&... members) {
+void writeMessage(const KeysAndValues&... members) {
     JSONWriter writer(Slashes::escaped);
     writer.object("jsonrpc", "2.0", members...);
-    return HelperIO::writeLine(writer.take());
+    HelperIO::writeLine(writer.take());
 }
 
 template <class Result>
-bool reply(JSON id, const Result& result) {
-    return writeMessage("id", id, "result", result);
+void reply(JSON id, const Result& result) {
+    writeMessage("id", id, "result", result);
 }
 
-bool failure(JSON id, int code, std::string_view message);
-bool notifyToolsListChanged();
+void failure(JSON id, int code, std::string_view message);
+void notifyToolsListChanged();
 
 }  // namespace QuorvantisMCP
 

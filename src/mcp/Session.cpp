@@ -33,13 +33,13 @@ std::string_view negotiatedVersion(std::string_view requested) {
     return found == protocolVersions.end() ? protocolVersions.back() : *found;
 }
 
-bool initialize(JSON id, JSON params, const BrokerIdentity& identity) {
+void initialize(JSON id, JSON params, const BrokerIdentity& identity) {
     const auto requested = params["protocolVersion"].string().value_or(defaultVersion);
     const auto clientName = params["clientInfo"]["name"].string().value_or("MCP client");
     MCPClientSession::record(identity, clientName);
-    return reply(id, jsonObject("protocolVersion", negotiatedVersion(requested),                       //
-                                "capabilities", jsonObject("tools", jsonObject("listChanged", true)),  //
-                                "serverInfo", jsonObject("name", "Quorvantis", "version", version)));
+    reply(id, jsonObject("protocolVersion", negotiatedVersion(requested),                       //
+                         "capabilities", jsonObject("tools", jsonObject("listChanged", true)),  //
+                         "serverInfo", jsonObject("name", "Quorvantis", "version", version)));
 }
 
 // The parser rejects ill-formed UTF-8, so only a rejected line can need repair.
@@ -52,23 +52,21 @@ class Session {
   public:
     explicit Session(const BrokerIdentity& identity) : identity_(identity) {}
 
-    /// Returns false if standard output is closed or broken.
-    bool handle(JSON request) {
+    void handle(JSON request) {
         const auto method = request["method"].string();
-        if (!method) return true;
+        if (!method) return;
         if (*method == "notifications/initialized") return notifyToolsListChanged();
-        const auto id = request.find("id");
-        return id ? respond(*id, *method, request["params"]) : true;
+        if (const auto id = request.find("id")) respond(*id, *method, request["params"]);
     }
 
   private:
-    bool respond(JSON id, std::string_view method, JSON params) {
+    void respond(JSON id, std::string_view method, JSON params) {
         if (method == "initialize") return initialize(id, params, identity_);
         if (method == "ping") return reply(id, jsonObject());
         if (method == "tools/list") return reply(id, toolList());
         if (method == "tools/call")
             return callTool(id, params["name"].string().value_or(""), params["arguments"], identity_);
-        return failure(id, methodNotFound, "Method not found");
+        failure(id, methodNotFound, "Method not found");
     }
 
     /// Serialized once, because a client may list the tools at every turn.
@@ -87,7 +85,7 @@ void serve(const BrokerIdentity& identity) {
     Session session(identity);
     LineReader lines(STDIN_FILENO);
     while (const auto line = lines.next())
-        if (const auto request = parsedLine(*line); request && !session.handle(request->root())) return;
+        if (const auto request = parsedLine(*line)) session.handle(request->root());
 }
 
 }  // namespace quorvantis::QuorvantisMCP

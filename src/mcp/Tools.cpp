@@ -9,6 +9,7 @@
 #include "json/JSONWriter.h"
 #include "mcp/Replies.h"
 #include "support/HelperFailure.h"
+#include "support/UTF8.h"
 
 namespace quorvantis::QuorvantisMCP {
 
@@ -22,8 +23,8 @@ auto content(std::string_view text) {
     };
 }
 
-bool replyFailure(JSON id, std::string_view description) {
-    return reply(id, jsonObject("content", content(description), "isError", true));
+void replyFailure(JSON id, std::string_view description) {
+    reply(id, jsonObject("content", content(repairedUTF8(description)), "isError", true));
 }
 
 JSONText run(std::string_view name, JSON arguments, const BrokerIdentity& identity) {
@@ -35,16 +36,15 @@ JSONText run(std::string_view name, JSON arguments, const BrokerIdentity& identi
 
 }  // namespace
 
-bool callTool(JSON id, std::string_view name, JSON arguments, const BrokerIdentity& identity) {
+void callTool(JSON id, std::string_view name, JSON arguments, const BrokerIdentity& identity) {
     try {
         const JSONText result = run(name, arguments, identity);
         // Clients compare the two, so the text is exactly the JSON of the structured content.
-        return reply(
-            id, jsonObject("content", content(result.text), "structuredContent", result, "isError", false));
+        reply(id, jsonObject("content", content(result.text), "structuredContent", result, "isError", false));
     } catch (const HelperFailure& failure) {
-        return replyFailure(id, failure.errorDescription());
+        replyFailure(id, failure.errorDescription());
     } catch (const std::exception& failure) {
-        return replyFailure(id, failure.what());
+        replyFailure(id, failure.what());
     }
 }
 

@@ -42,8 +42,7 @@ std::span<const Tool> tools();
 /// The definitions of the tools that the agent sees, as the array in the result of "tools/list".
 JSONText toolDefinitions(const BrokerIdentity& identity);
 
-/// Runs the tool and writes the response; a failure becomes a result with "isError" true. Returns false if
-/// standard output is closed or broken.
-bool callTool(JSON id, std::string_view name, JSON arguments, const BrokerIdentity& identity);
+/// Runs the tool and writes the response. A failure becomes a result with "isError" true.
+void callTool(JSON id, std::string_view name, JSON arguments, const BrokerIdentity& identity);
 
 }  // namespace quorvantis::QuorvantisMCP

@@ -41,6 +41,12 @@ bool writeStream(int descriptor, std::string_view bytes) {
     return true;
 }
 
+void breakOutput(int descriptor) {
+    const int unwritable = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    unwritable < 0 ? close(descriptor) : dup2(unwritable, descriptor);
+    if (unwritable >= 0) close(unwritable);
+}
+
 std::optional<std::string_view> LineReader::next() {
     for (;;) {
         if (searched_ < end_) {

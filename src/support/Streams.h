@@ -16,6 +16,9 @@ void reserveStandardStreams();
 /// non-blocking. Returns false if the stream is closed or broken.
 bool writeStream(int descriptor, std::string_view bytes);
 
+/// Makes all further writes to the stream fail.
+void breakOutput(int descriptor);
+
 /// Splits a stream into lines of any length.
 class LineReader {
   public:

@@ -39,12 +39,13 @@ TEST(HostileInputTest, LeavesTheNextRequestServed) {
         }
 }
 
-TEST(StandardStreamsTest, EndTheSessionQuietlyWhenOutputGoesAway) {
+TEST(StandardStreamsTest, AreReadToTheEndWhenOutputGoesAway) {
     const Installation installation;
     ChildProcess server(installation.launch());
     server.closeOutput();
-    server.send(ping);
+    server.send(ping + "{\"id\":2,\"method\":\"initialize\"}\n");
     server.expectEnd();
+    EXPECT_TRUE(std::filesystem::exists(installation.agentFile("codex-mcp-session.json")));
 }
 
 TEST(StandardStreamsTest, MayBeClosedAtTheStart) {
