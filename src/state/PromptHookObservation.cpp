@@ -8,17 +8,18 @@
 #include "json/Date.h"
 #include "json/JSONFiles.h"
 #include "support/Paths.h"
+#include "support/UTF8.h"
 
 namespace quorvantis {
 
 void PromptHookObservation::record(std::string_view clientID, std::string_view agent,
                                    std::int64_t attachmentCount, std::int64_t referenceCount,
                                    std::string_view outcome) {
-    HelperIO::writeAdvisoryJSON(PromptHookObservation{.clientID = std::string(clientID),
+    HelperIO::writeAdvisoryJSON(PromptHookObservation{.clientID = repairedUTF8(clientID),
                                                       .observedAt = Date::now(),
                                                       .attachmentCount = attachmentCount,
                                                       .referenceCount = referenceCount,
-                                                      .outcome = std::string(outcome)},
+                                                      .outcome = repairedUTF8(outcome)},
                                 url(agent));
 }
 
