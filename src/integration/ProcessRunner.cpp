@@ -1,6 +1,7 @@
 #include "integration/ProcessRunner.h"
 
 #include <array>
+#include <csignal>
 #include <cstddef>
 #include <errno.h>
 #include <string>
@@ -26,12 +27,13 @@ using platform::Descriptor;
 
 std::string searchPath() {
     return platform::environmentVariable("PATH").value_or("/usr/bin:/bin") +
-           ":/opt/homebrew/bin:/usr/local/bin:" + joinedPath(platform::homeFolder(), ".local/bin");
+           ":/opt/homebrew/bin:/usr/local/bin:" +
+           joinedPath(absolutePath(platform::homeFolder()), ".local/bin");
 }
 
 std::vector<std::string> childEnvironment() {
     std::vector<std::string> variables = {"PATH=" + searchPath()};
-    for (char** variable = environ; *variable; ++variable)
+    for (char** variable = environ; variable && *variable; ++variable)  // null after clearenv
         if (!std::string_view(*variable).starts_with("PATH=")) variables.emplace_back(*variable);
     return variables;
 }
@@ -52,7 +54,15 @@ RunningTool start(const std::string& executable, const std::vector<std::string>&
     return {std::move(tool), std::move(pipe.reading)};
 }
 
+/// A process that ignores SIGCHLD gets no exit status of a child (sigaction(2)).
+bool getsExitStatuses() {
+    struct sigaction action;
+    return sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler != SIG_IGN &&
+           (action.sa_flags & SA_NOCLDWAIT) == 0;
+}
+
 RunningTool startOrThrow(const std::string& executable, const std::vector<std::string>& arguments) {
+    if (!getsExitStatuses()) throw FileError::system(ECHILD);
     try {
         return start(executable, arguments);
     } catch (const std::system_error& error) {

@@ -14,7 +14,8 @@ struct ProcessResult {
 
 /// Runs the executable at a path and waits for it without a timeout. No shell is involved. The tool's
 /// standard input is the null device. It inherits this process's environment; the folders of common package
-/// managers are appended to its PATH. Throws FileError if it cannot be started.
+/// managers are appended to its PATH. Throws FileError if it cannot be started, and before it is started if
+/// this process ignores SIGCHLD, because then there is no exit status.
 ProcessResult runProcess(const std::string& executable, const std::vector<std::string>& arguments);
 
 }  // namespace quorvantis

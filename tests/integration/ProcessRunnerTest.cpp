@@ -1,11 +1,13 @@
 #include "integration/ProcessRunner.h"
 
+#include <csignal>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <unistd.h>
 
 #include "platform/Process.h"
 #include "support/Files.h"
+#include "support/Paths.h"
 
 namespace quorvantis {
 
@@ -41,6 +43,31 @@ TEST(ProcessRunnerTest, AddsToThePath) {
     unsetenv("PATH");
     EXPECT_EQ(play({"path"}).output, "/usr/bin:/bin" + added);
     setenv("PATH", before.c_str(), 1);
+}
+
+TEST(ProcessRunnerTest, WorksInAnOddProcess) {
+    EXPECT_EXIT(
+        {
+            clearenv();
+            _exit(play({"path"}).output.starts_with("/usr/bin:/bin:") ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(
+        {
+            setenv("HOME", "home", 1);
+            _exit(play({"path"}).output.ends_with(absolutePath("home/.local/bin")) ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(
+        {
+            std::signal(SIGCHLD, SIG_IGN);
+            try {
+                play({"both"});
+            } catch (const FileError&) {
+                _exit(0);
+            }
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST(ProcessRunnerTest, FailsOnlyWhenNothingStarts) {
