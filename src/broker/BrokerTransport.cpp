@@ -1,13 +1,16 @@
 #include "broker/BrokerTransport.h"
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <cstring>
 #include <errno.h>
+#include <fcntl.h>
 #include <optional>
 #include <string>
 #include <sys/stat.h>
 #include <sys/time.h>
+#include <thread>
 #include <unistd.h>
 
 #include "platform/Descriptors.h"
@@ -97,7 +100,15 @@ bool isReachable(const std::string& socketPath) {
     if (!isPrivateSocket(socketPath)) return false;
     const Descriptor socket = platform::openLocalSocket();
     const auto broker = address(socketPath);
-    return socket && broker && tryConnect(socket, *broker);
+    if (!socket || !broker) return false;
+    fcntl(socket.get(), F_SETFL, O_NONBLOCK);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(timeout.tv_sec);
+    while (!tryConnect(socket, *broker)) {
+        // On Linux, EAGAIN: the listener's queue is full. No event tells when there is room.
+        if (errno != EAGAIN || std::chrono::steady_clock::now() >= deadline) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return true;
 }
 
 }  // namespace quorvantis::BrokerTransport

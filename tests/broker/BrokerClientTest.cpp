@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <csignal>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "broker/BrokerTransport.h"
 #include "harness/Descriptors.h"
 #include "harness/FakeBroker.h"
 #include "harness/TemporaryFolder.h"
@@ -133,6 +135,22 @@ TEST(BrokerClientTest, ReachesOnlyAPrivateSocketWithAListener) {
             EXPECT_FALSE(BrokerClient::isLocalReachable(folder / name));
     }
     EXPECT_FALSE(BrokerClient::isLocalReachable(socket)) << "nobody listens";
+}
+
+TEST(BrokerClientTest, WaitsForAFullQueueNoLongerThanForAReply) {
+    const TemporaryFolder folder;
+    const auto address = BrokerTransport::address(folder / "s").value();
+    const platform::Descriptor listener = platform::openLocalSocket();
+    ASSERT_EQ(bind(listener.get(), address.get(), address.length), 0);
+    ASSERT_EQ(listen(listener.get(), 0), 0);
+    chmod((folder / "s").c_str(), 0600);
+    std::vector<platform::Descriptor> clients;
+    for (int failure = 0; failure == 0;) {
+        clients.push_back(platform::openLocalSocket());
+        fcntl(clients.back().get(), F_SETFL, O_NONBLOCK);
+        failure = connect(clients.back().get(), address.get(), address.length);
+    }
+    EXPECT_FALSE(BrokerClient::isLocalReachable(folder / "s"));
 }
 
 }  // namespace quorvantis
