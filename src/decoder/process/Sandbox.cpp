@@ -5,13 +5,16 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <fcntl.h>
 #include <memory>
+#include <poll.h>
 #include <sched.h>
 #include <seccomp.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <time.h>
+#include <unistd.h>
 
 #include "decoder/picture/GiveUp.h"
 
@@ -20,7 +23,7 @@ namespace quorvantis::decoder {
 namespace {
 
 constexpr rlim_t memoryLimit = 3UL << 30;  // bytes of address space
-constexpr rlim_t timeLimit = 60;           // seconds of processor time
+constexpr unsigned timeLimit = 60;         // seconds, of processor time and by the clock
 
 // The address sanitizer reserves terabytes of addresses, and looks at its own threads and stacks.
 constexpr bool isSanitized = QUORVANTIS_SANITIZED;
@@ -85,7 +88,10 @@ void allowThreads(AllowList& list) {
     list.allow(SCMP_SYS(prctl), SCMP_A0(SCMP_CMP_EQ, PR_SET_NAME));
     // The flags of clone3 are out of a filter's sight; the C library falls back on clone.
     list.refuse(SCMP_SYS(clone3), ENOSYS);
-    list.allow(SCMP_SYS(clone), SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD));
+    constexpr std::uint64_t threadFlags = CLONE_VM | CLONE_FS | CLONE_FILES | CLONE_SIGHAND | CLONE_THREAD |
+                                          CLONE_SYSVSEM | CLONE_SETTLS | CLONE_PARENT_SETTID |
+                                          CLONE_CHILD_CLEARTID;  // those of pthread_create in glibc
+    list.allow(SCMP_SYS(clone), SCMP_A0(SCMP_CMP_EQ, threadFlags));
 }
 
 void filterCalls() {
@@ -98,12 +104,30 @@ void filterCalls() {
     if (!list.load()) giveUp();
 }
 
+/// A decoder must not outlive its parent, and the parent may have died before it was asked: then nobody reads
+/// what the decoder writes.
+void endWithParent() {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    pollfd output = {.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
+    if (poll(&output, 1, 0) > 0 && (output.revents & POLLERR)) giveUp();
+}
+
+/// When memory runs out, the kernel shall end a decoder before anything of the user's (proc(5)).
+void beFirstToGo() {
+    const int score = open("/proc/self/oom_score_adj", O_WRONLY | O_CLOEXEC);
+    if (score < 0) return;
+    static_cast<void>(!write(score, "1000", 4));
+    close(score);
+}
+
 }  // namespace
 
 void enterSandbox() {
     tzset();  // lcms2 dates the profiles that it makes: read the time zone while files can be opened
+    endWithParent();
+    beFirstToGo();
+    alarm(timeLimit);
     setLimits();
-    prctl(PR_SET_PDEATHSIG, SIGKILL);  // a decoder must not outlive its parent
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) giveUp();
     const bool kernelFilters = prctl(PR_GET_SECCOMP, 0, 0, 0, 0) >= 0;
     if (kernelFilters) filterCalls();
