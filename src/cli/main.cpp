@@ -1,5 +1,6 @@
 #include <csignal>
 #include <exception>
+#include <sys/resource.h>
 
 #include "broker/BrokerIdentity.h"
 #include "cli/ArgumentReader.h"
@@ -30,7 +31,10 @@ BrokerIdentity validatedIdentity(const ArgumentReader& arguments) {
 
 int main(int count, char** arguments) {
     reserveStandardStreams();
+    const rlimit none = {.rlim_cur = 0, .rlim_max = 0};
+    setrlimit(RLIMIT_CORE, &none);  // a core file would hold the credential
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);  // beyond a limit of file sizes, a write shall fail
     std::signal(SIGCHLD, SIG_DFL);  // if the parent left it ignored, waitpid would fail
     platform::keepFreedMemory();
     try {

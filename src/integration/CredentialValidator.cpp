@@ -33,7 +33,7 @@ ValidatedCredential CredentialValidator::validate(std::string_view agent, std::s
                          (isTestingMode() || platform::samePathText(credentialFile, manifest.credentialPath));
     if (!matches)
         throw HelperFailure::invalidRequest("Client identity does not match the managed registration.");
-    std::string token = readFile(credentialFile);
+    std::string token = readAny(credentialFile, maximumCredentialSize);
     // Checked first: a file other than the registered one is reported as invalid even if it is also
     // malformed.
     if (HelperIO::sha256(token) != manifest.credentialHash)

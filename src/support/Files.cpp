@@ -23,6 +23,8 @@ namespace {
 
 using platform::Descriptor;
 
+constexpr off_t maximumGrowth = 64 << 20;  // bytes
+
 struct stat statusOf(const Descriptor& file, const std::string& path) {
     struct stat status;
     if (fstat(file.get(), &status) != 0) throw FileError::reading(path, errno);
@@ -109,7 +111,9 @@ bool ReadableFile::State::operator==(const State& other) const {
 
 off_t ReadableFile::read(const std::function<void(std::string_view)>& take) const {
     std::array<char, 65536> buffer;
+    const off_t maximumEnd = state().size + maximumGrowth;
     for (off_t position = 0;;) {
+        if (position > maximumEnd) throw FileError::reading(path_, EFBIG);
         const ssize_t count = pread(descriptor_.get(), buffer.data(), buffer.size(), position);
         if (count == 0) return position;
         if (count < 0 && errno != EINTR) throw FileError::reading(path_, errno);
@@ -127,6 +131,21 @@ std::string readFile(const std::string& path) {
     std::string content;
     readFile(path, [&](std::string_view piece) { content += piece; });
     return content;
+}
+
+std::string readAny(const std::string& path, std::size_t maximumSize) {
+    const Descriptor file = opened(path);
+    if (S_ISDIR(statusOf(file, path).st_mode)) throw FileError::reading(path, EISDIR);
+    fcntl(file.get(), F_SETFL, 0);  // a pipe may have nothing to read yet
+    std::string content;
+    std::array<char, 65536> buffer;
+    for (;;) {
+        const ssize_t count = ::read(file.get(), buffer.data(), buffer.size());
+        if (count == 0) return content;
+        if (count < 0 && errno != EINTR) throw FileError::reading(path, errno);
+        if (count > 0) content.append(buffer.data(), static_cast<std::size_t>(count));
+        if (content.size() > maximumSize) throw FileError::reading(path, EFBIG);
+    }
 }
 
 void replaceFile(const std::string& path, std::string_view content) {

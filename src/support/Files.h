@@ -43,7 +43,8 @@ class ReadableFile {
     const platform::Descriptor& descriptor() const { return descriptor_; }
     State state() const;
 
-    /// Reads the whole file in pieces and returns its size in bytes. Throws FileError.
+    /// Reads the whole file in pieces and returns its size in bytes. Throws FileError, also if the file does
+    /// not end within 64 MiB beyond the size that the system told before: some of the system's own never do.
     off_t read(const std::function<void(std::string_view piece)>& take) const;
 
   private:
@@ -58,6 +59,10 @@ void readFile(const std::string& path, const std::function<void(std::string_view
 
 /// Returns the content of a regular file.
 std::string readFile(const std::string& path);
+
+/// Returns the content of anything that can be read to its end, such as a pipe: it may block. Throws also for
+/// a folder, and for more than `maximumSize` bytes.
+std::string readAny(const std::string& path, std::size_t maximumSize);
 
 /// Replaces the file atomically: readers see either the old file or the complete new one. A symbolic link at
 /// the path is replaced, not followed. The new file has mode 0600.

@@ -1,5 +1,6 @@
 #include "support/HelperIO.h"
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 #include <unistd.h>
@@ -8,6 +9,7 @@
 #include "support/Files.h"
 #include "support/Hexadecimal.h"
 #include "support/Streams.h"
+#include "support/UTF8.h"
 
 namespace quorvantis::HelperIO {
 
@@ -20,7 +22,10 @@ void update(platform::SHA256& hash, std::string_view bytes) {
 }  // namespace
 
 void error(std::string_view message) {
-    writeStream(STDERR_FILENO, std::string(message).append("\n"));
+    std::string line = repairedUTF8(message);
+    for (std::size_t i = 0; i < line.size(); ++i)
+        if (static_cast<unsigned char>(line[i]) < 0x20 || line[i] == 0x7F) line.replace(i, 1, "\uFFFD");
+    writeStream(STDERR_FILENO, line.append("\n"));
 }
 
 std::string shellQuoted(std::string_view text) {

@@ -5,7 +5,8 @@
 
 namespace quorvantis::HelperIO {
 
-/// Writes the message and a line feed to standard error, in one write.
+/// Writes the message and a line feed to standard error, in one write, as UTF-8 and as one line: U+FFFD
+/// stands for control characters and for what is not UTF-8.
 void error(std::string_view message);
 
 /// Quotes the text as one word for a POSIX shell, in single quotes (XCU 2.2.2).

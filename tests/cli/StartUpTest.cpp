@@ -45,4 +45,38 @@ TEST(StartUpTest, ReadsTheCommandLine) {
     for (const auto& [message, line] : cases) expectStart(installation, line, message);
 }
 
+TEST(StartUpTest, ReportsInOneLineOfUTF8) {
+    const Installation installation;
+    harness::ChildProcess server(installation.launch(
+        {"serve", "--agent", "codex", "--client-id", "client-1", "--credential-file", "/a\xff\nb\033[1m"}));
+    server.expectEnd(
+        1, "The file “a\uFFFD\uFFFDb\uFFFD[1m” couldn’t be opened because there is no such file.\n");
+}
+
+TEST(StartUpTest, ReadsTheCredentialFromWhateverEnds) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"printf secret/token | exec \"$0\" \"$@\" /dev/stdin", ""},
+        {"exec \"$0\" \"$@\" /dev/zero", "The file “zero” couldn’t be opened.\n"},
+        {"exec \"$0\" \"$@\" /", "The file “/” couldn’t be opened.\n"}};
+    const Installation installation;
+    for (const auto& [command, message] : cases) {
+        auto launch = installation.launch(
+            {"serve", "--agent", "codex", "--client-id", "client-1", "--credential-file"});
+        launch.command.insert(launch.command.begin(), {"/bin/sh", "-c", command});
+        harness::ChildProcess server(launch);
+        server.expectEnd(message.empty() ? 0 : 1, message);
+    }
+}
+
+TEST(StartUpTest, SurvivesALimitOfFileSizes) {
+    const Installation installation;
+    auto launch = installation.launch();
+    launch.command.insert(launch.command.begin(), {"/bin/sh", "-c", "ulimit -f 0; exec \"$0\" \"$@\""});
+    harness::ChildProcess server(launch);
+    server.send("{\"id\":1,\"method\":\"initialize\"}\n");
+    EXPECT_TRUE(server.readLine());
+    server.expectEnd();
+    EXPECT_EQ(harness::itemsIn(installation.appSupport + "/Integrations/Agents"), 1u) << "codex.json alone";
+}
+
 }  // namespace quorvantis
