@@ -26,8 +26,8 @@ struct PromptHookObservation {
                           Field("referenceCount", &M::referenceCount), Field("outcome", &M::outcome));
     }
 
-    /// Replaces the agent's observation with one made now. Errors are ignored. The strings must be valid
-    /// UTF-8.
+    /// Replaces the agent's observation with one made now. Errors are ignored. U+FFFD stands for
+    /// what is not valid UTF-8.
     static void record(std::string_view clientID, std::string_view agent, std::int64_t attachmentCount,
                        std::int64_t referenceCount, std::string_view outcome);
 
