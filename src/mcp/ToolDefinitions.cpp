@@ -25,7 +25,8 @@ void writeElementType(const Argument& argument, JSONWriter& writer) {
     writer.key("items");
     writer.beginObject();
     writer.members("type", argument.elementType);
-    if (!argument.elementProperties.empty()) writeProperties(argument.elementProperties, writer);
+    if (argument.elementProperties)
+        writeProperties({argument.elementProperties, argument.elementPropertyCount}, writer);
     writer.endObject();
 }
 

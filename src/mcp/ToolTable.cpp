@@ -57,7 +57,8 @@ constexpr std::array attachmentsArguments = {
              .isRequired = true,
              .minimum = 1,
              .elementType = "object",
-             .elementProperties = attachmentProperties},
+             .elementProperties = attachmentProperties.data(),
+             .elementPropertyCount = attachmentProperties.size()},
     workspaceRoot, sessionID, turnID};
 
 constexpr std::array materializeArguments = {assetID, workspaceRoot};

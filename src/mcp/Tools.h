@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -21,8 +22,10 @@ struct Argument {
     // Limits of an integer, of a string's length in characters, or of an array's number of elements.
     std::optional<std::int64_t> minimum = {}, maximum = {};
     std::optional<std::int64_t> defaultValue = {};
-    std::string_view elementType = {};                 // of an array
-    std::span<const Argument> elementProperties = {};  // of an array of objects
+    std::string_view elementType = {};  // of an array
+    // Of an array of objects. Not a span: those of some libraries take no incomplete type.
+    const Argument* elementProperties = nullptr;
+    std::size_t elementPropertyCount = 0;
 };
 
 /// One tool of the catalogue.
