@@ -128,6 +128,11 @@ void JSONWriter::value(const JSONText& written) {
     text_.append(rest);
 }
 
+void JSONWriter::string(const JSONText& written) {
+    separate();
+    quote(written.text);
+}
+
 void JSONWriter::key(std::string_view key) {
     separate();
     quote(key);

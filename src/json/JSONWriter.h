@@ -36,6 +36,8 @@ class JSONWriter {
     void value(const std::string& string) { value(std::string_view(string)); }
     void value(JSON value);
     void value(const JSONText& written);
+    /// JSON text as a string. It is valid UTF-8 and not checked again, which would be felt in a large one.
+    void string(const JSONText& written);
     /// A value written by a function, such as the result of `jsonObject`.
     void value(const std::invocable<JSONWriter&> auto& write) { write(*this); }
     void null() { literal("null"); }

@@ -15,16 +15,19 @@ namespace quorvantis::QuorvantisMCP {
 
 namespace {
 
-auto content(std::string_view text) {
-    return [text](JSONWriter& writer) {
+/// The array "content" with one text, which `writeText` writes.
+template <class WriteText>
+auto content(WriteText writeText) {
+    return [writeText](JSONWriter& writer) {
         writer.beginArray();
-        writer.object("type", "text", "text", text);
+        writer.object("type", "text", "text", writeText);
         writer.endArray();
     };
 }
 
 void replyFailure(JSON id, std::string_view description) {
-    reply(id, jsonObject("content", content(repairedUTF8(description)), "isError", true));
+    const auto text = [&](JSONWriter& writer) { writer.value(repairedUTF8(description)); };
+    reply(id, jsonObject("content", content(text), "isError", true));
 }
 
 JSONText run(std::string_view name, JSON arguments, const BrokerIdentity& identity) {
@@ -40,7 +43,8 @@ void callTool(JSON id, std::string_view name, JSON arguments, const BrokerIdenti
     try {
         const JSONText result = run(name, arguments, identity);
         // Clients compare the two, so the text is exactly the JSON of the structured content.
-        reply(id, jsonObject("content", content(result.text), "structuredContent", result, "isError", false));
+        const auto text = [&](JSONWriter& writer) { writer.string(result); };
+        reply(id, jsonObject("content", content(text), "structuredContent", result, "isError", false));
     } catch (const HelperFailure& failure) {
         replyFailure(id, failure.errorDescription());
     } catch (const std::exception& failure) {
