@@ -61,7 +61,8 @@ endif()
 get_target_property(boost_folders Boost::headers INTERFACE_INCLUDE_DIRECTORIES)
 list(GET boost_folders 0 boost_folder)
 add_test(NAME installed-package COMMAND ${PROJECT_SOURCE_DIR}/tests/package/run
-         ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR} ${CMAKE_CXX_COMPILER} "-I${boost_folder} ${package_flags}")
+         ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR} ${CMAKE_CXX_COMPILER}
+         "${CMAKE_CXX_FLAGS} -I${boost_folder} ${package_flags}")
 
 # A session of the official client library; "npm ci --ignore-scripts" in tests/sdk comes first.
 find_program(NODE node)
