@@ -17,8 +17,6 @@ add_executable(quorvantis-tests
   tests/integration/HelperPathsTest.cpp
   tests/integration/PairingRequestRecordTest.cpp
   tests/integration/ProcessRunnerTest.cpp
-  tests/integration/ToolRoles.cpp
-  tests/main.cpp
   tests/mcp/AttachmentIdentitiesTest.cpp
   tests/mcp/HistoryTest.cpp
   tests/mcp/HostileInputTest.cpp
@@ -51,7 +49,7 @@ target_compile_definitions(quorvantis-tests PRIVATE
   QUORVANTIS_SOURCE="${PROJECT_SOURCE_DIR}/src"
   QUORVANTIS_STANDIN="$<TARGET_FILE:quorvantis-standin>"
   QUORVANTIS_TRANSCRIPTS="${PROJECT_SOURCE_DIR}/tests/transcripts")
-target_link_libraries(quorvantis-tests PRIVATE quorvantis quorvantis-options GTest::gtest)
+target_link_libraries(quorvantis-tests PRIVATE quorvantis quorvantis-options GTest::gtest_main)
 gtest_discover_tests(quorvantis-tests DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
 
 # The programs and the library as they are installed, and a program of somebody else's built with them.
@@ -79,21 +77,28 @@ if(NOT APPLE)
     tests/decoder/OrientationTest.cpp
     tests/decoder/SandboxTest.cpp
     tests/imaging/AttachmentIdentityTest.cpp
-    tests/imaging/DecoderProcessTest.cpp
-    tests/imaging/OtherRoles.cpp
     tests/imaging/PicturesTest.cpp
-    tests/imaging/PixelHasherTest.cpp
-    tests/imaging/main.cpp)
+    tests/imaging/PixelHasherTest.cpp)
   target_include_directories(quorvantis-imaging-tests PRIVATE tests)
   target_compile_definitions(quorvantis-imaging-tests PRIVATE
     QUORVANTIS_DECODER="$<TARGET_FILE:quorvantis-image-decoder>"
     QUORVANTIS_PICTURES="${PROJECT_SOURCE_DIR}/tests/pictures")
   # libheif is asked for its version.
   target_link_libraries(quorvantis-imaging-tests PRIVATE
-    quorvantis-decoding quorvantis-options PkgConfig::heif GTest::gtest ZLIB::ZLIB)
+    quorvantis-decoding quorvantis-options PkgConfig::heif GTest::gtest_main ZLIB::ZLIB)
   add_dependencies(quorvantis-imaging-tests quorvantis-image-decoder quorvantis-image-decoder-heif
                                             quorvantis-image-decoder-tiff)
   gtest_discover_tests(quorvantis-imaging-tests PROPERTIES TIMEOUT 120)
+
+  # A program whose decoder, beside it, is a script. One test for CTest: it moves the script.
+  set(decoder_folder ${PROJECT_BINARY_DIR}/decoder-process/bin)
+  add_executable(quorvantis-decoder-process-tests tests/imaging/DecoderProcessTest.cpp)
+  target_include_directories(quorvantis-decoder-process-tests PRIVATE tests)
+  target_link_libraries(quorvantis-decoder-process-tests PRIVATE quorvantis quorvantis-options GTest::gtest_main)
+  set_target_properties(quorvantis-decoder-process-tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${decoder_folder})
+  configure_file(tests/imaging/decoder.sh ${decoder_folder}/quorvantis-image-decoder COPYONLY)
+  add_test(NAME decoder-process COMMAND quorvantis-decoder-process-tests)
+  set_tests_properties(decoder-process PROPERTIES TIMEOUT 120)
 endif()
 
 # ---- the tests of the sources for macOS, over a stand-in for its frameworks ------------------------------------------
@@ -104,11 +109,9 @@ if(NOT APPLE)
     src/platform/macos/ClientSessionNotification.cpp
     src/platform/macos/FileSystem.cpp
     src/platform/macos/Process.cpp
-    src/platform/macos/SHA256.cpp
     tests/macos/FrameworksTest.cpp
     tests/macos/fake/CoreFoundation.cpp
     tests/macos/fake/ImageIO.cpp
-    tests/macos/fake/System.cpp
     tests/platform/macos/HomeFolderTest.cpp
     tools/standin/macos/SessionSignals.cpp)
   target_include_directories(quorvantis-frameworks-tests PRIVATE
@@ -116,6 +119,6 @@ if(NOT APPLE)
   target_compile_definitions(quorvantis-frameworks-tests PRIVATE st_ctimespec=st_ctim)
   # These objects come before those of the library, which it then does not use.
   target_link_libraries(quorvantis-frameworks-tests PRIVATE
-    quorvantis quorvantis-options PkgConfig::nettle quorvantis-utf8proc GTest::gtest_main)
+    quorvantis quorvantis-options quorvantis-utf8proc GTest::gtest_main)
   gtest_discover_tests(quorvantis-frameworks-tests DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
 endif()

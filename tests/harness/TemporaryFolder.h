@@ -8,11 +8,10 @@
 
 namespace quorvantis::harness {
 
-/// A new empty folder, removed with all that is in it. Programs do not run from everybody's /tmp.
+/// A new empty folder, removed with all that is in it.
 class TemporaryFolder {
   public:
-    explicit TemporaryFolder(const std::string& above = "/tmp")
-        : path_(mkdtemp((above + "/quorvantis-XXXXXX").data())) {}
+    TemporaryFolder() : path_(mkdtemp(std::string("/tmp/quorvantis-XXXXXX").data())) {}
     TemporaryFolder(const TemporaryFolder&) = delete;
     ~TemporaryFolder() { std::filesystem::remove_all(path_); }
 

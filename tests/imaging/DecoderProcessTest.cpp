@@ -1,106 +1,104 @@
 #include <chrono>
+#include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <thread>
 #include <unistd.h>
 
 #include "harness/TemporaryFolder.h"
-#include "imaging/OtherRoles.h"
+#include "imaging/AttachmentIdentity.h"
 #include "platform/Process.h"
 #include "support/HelperIO.h"
 
 namespace quorvantis {
 
-using harness::writeText;
+// Of this program alone the decoder is decoder.sh, which stands beside it and does what the picture says.
+static const std::string hash(64, '0');
+static const std::string record = "4 2 " + hash + "\n";
 
-/// A folder with a copy of this program, which finds its decoder, also this program, beside itself.
-class DecoderProcessTest : public testing::Test {
-  protected:
-    static void SetUpTestSuite() {
-        const std::filesystem::path self = *platform::executablePath(getpid());
-        folder = std::make_unique<harness::TemporaryFolder>(self.parent_path());
-        for (const auto name : {"program", "quorvantis-image-decoder"})
-            std::filesystem::copy_file(self, *folder / name);
+/// The identities of files with these texts, each with a line feed.
+static std::string identities(const std::vector<std::string>& texts, int timeout = 20'000) {
+    const harness::TemporaryFolder folder;
+    std::vector<std::string> paths;
+    for (const auto& text : texts) {
+        paths.push_back(folder / std::to_string(paths.size()));
+        harness::writeText(paths.back(), text);
     }
-    static void TearDownTestSuite() { folder.reset(); }
-
-    /// What is printed for files of these texts, each with its line feed.
-    static std::string identities(const std::vector<std::string>& texts, int patience = 20'000,
-                                  const std::string& redirections = "") {
-        std::string command =
-            "exec " + HelperIO::shellQuoted(*folder / "program") + " --identify " + std::to_string(patience);
-        for (std::size_t i = 0; i < texts.size(); ++i) {
-            const auto path = *folder / "picture" + std::to_string(i);
-            writeText(path, texts[i]);
-            command += " " + HelperIO::shellQuoted(path);
-        }
-        command += redirections;
-        FILE* output = popen(command.c_str(), "r");
-        std::string printed;
-        for (int c; (c = fgetc(output)) != EOF;) printed += static_cast<char>(c);
-        pclose(output);
-        return printed;
-    }
-    static std::string plain(const std::string& text) {
-        return "{\"sha256\":\"" + HelperIO::sha256(text) + "\"}\n";
-    }
-    static std::string decoded(const std::string& text) {
-        return "{\"sha256\":\"" + HelperIO::sha256(text) + "\",\"pixelHash\":\"" + answerHash +
-               "\",\"pixelWidth\":4,\"pixelHeight\":2}\n";
-    }
-
-    static std::unique_ptr<harness::TemporaryFolder> folder;
-};
-
-std::unique_ptr<harness::TemporaryFolder> DecoderProcessTest::folder;
-
-TEST_F(DecoderProcessTest, GivesThePictureAndNothingElse) {
-    EXPECT_EQ(identities({"look"}), decoded("look"));
-    EXPECT_EQ(identities({"look"}, 20'000, " <&- 2>&-"), decoded("look"));
+    std::string identities;
+    for (const auto& identity : HelperIO::attachmentIdentities(paths, std::chrono::milliseconds(timeout)))
+        identities += (identity ? encodedRecord(*identity) : "none") + "\n";
+    return identities;
 }
 
-TEST_F(DecoderProcessTest, TakesOnlyAWholeRecord) {
-    EXPECT_EQ(identities({"say " + answer}), decoded("say " + answer));
-    const std::string upperCase(64, 'A');
-    for (const std::string& record :
-         {std::string("nonsense\n"), answer + "\n", answer + answer, answer.substr(0, answer.size() - 1),
-          " " + answer, "0" + answer, "-" + answer, "4 02 " + answerHash + "\n", "4  2 " + answerHash + "\n",
-          "4 2 " + upperCase + "\n", "4 2 " + answerHash + "a\n", "4 2 " + answerHash.substr(1) + "\n",
-          "0 2 " + answerHash + "\n", "10001 6000 " + answerHash + "\n", "4 " + answerHash + "\n"}) {
-        EXPECT_EQ(identities({"say " + record}), plain("say " + record)) << record;
+static std::string plain(const std::string& text) {
+    return "{\"sha256\":\"" + HelperIO::sha256(text) + "\"}\n";
+}
+
+static std::string decoded(const std::string& text) {
+    return "{\"sha256\":\"" + HelperIO::sha256(text) + "\",\"pixelHash\":\"" + hash +
+           "\",\"pixelWidth\":4,\"pixelHeight\":2}\n";
+}
+
+TEST(DecoderProcessTest, GivesThePictureAndNothingElse) {
+    const auto look = [](bool closed) {
+        sigset_t signals;
+        sigfillset(&signals);
+        sigprocmask(SIG_BLOCK, &signals, nullptr);
+        std::signal(SIGPIPE, SIG_IGN);
+        open("/dev/zero", O_RDONLY);
+        if (closed) close(0), close(2);
+        _exit(identities({"look"}) == decoded("look") ? 0 : 1);
+    };
+    EXPECT_EXIT(look(false), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(look(true), testing::ExitedWithCode(0), "");
+}
+
+TEST(DecoderProcessTest, TakesOnlyAWholeRecord) {
+    EXPECT_EQ(identities({"say " + record}), decoded("say " + record));
+    for (const std::string& other :
+         {std::string("nonsense\n"), record + "\n", record + record, record.substr(0, record.size() - 1),
+          " " + record, "0" + record, "-" + record, "4 02 " + hash + "\n", "4  2 " + hash + "\n",
+          "4 2 " + std::string(64, 'A') + "\n", "4 2 " + hash + "a\n", "4 2 " + hash.substr(1) + "\n",
+          "0 2 " + hash + "\n", "10001 6000 " + hash + "\n", "4 " + hash + "\n"}) {
+        EXPECT_EQ(identities({"say " + other}), plain("say " + other)) << other;
     }
 }
 
-TEST_F(DecoderProcessTest, IsNotWaitedForLongerThanTheCallAllows) {
+TEST(DecoderProcessTest, IsNotWaitedForLongerThanTheCallAllows) {
     const auto start = std::chrono::steady_clock::now();
     const std::vector<std::string> texts = {"hang", "hang", "hang", "hang up", "flood", "hang", "look"};
     std::string expected;
     for (const auto& text : texts) expected += plain(text);
     EXPECT_EQ(identities(texts, 300), expected);
-    EXPECT_EQ(identities({"hang up", "flood", "look"}), plain("hang up") + plain("flood") + decoded("look"));
+    EXPECT_EQ(identities({"hang up", "flood", "say " + record}),
+              plain("hang up") + plain("flood") + decoded("say " + record));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
-TEST_F(DecoderProcessTest, WorksBesideOthersAndInOrder) {
+TEST(DecoderProcessTest, WorksBesideOthersAndInOrder) {
     if (std::thread::hardware_concurrency() < 2) GTEST_SKIP() << "one decoder at a time";
-    EXPECT_EQ(identities({"meet", "look", "say no", "meet", "meet"}),
-              decoded("meet") + decoded("look") + plain("say no") + decoded("meet") + decoded("meet"));
+    EXPECT_EQ(identities({"meet", "say " + record, "say no", "meet", "meet"}),
+              decoded("meet") + decoded("say " + record) + plain("say no") + decoded("meet") +
+                  decoded("meet"));
 }
 
-TEST_F(DecoderProcessTest, TellsNothingOfAFileThatChanges) {
+TEST(DecoderProcessTest, TellsNothingOfAFileThatChanges) {
     EXPECT_EQ(identities({"touch"}), plain("touch"));
 }
 
-TEST_F(DecoderProcessTest, NeedNotBeThere) {
-    std::filesystem::rename(*folder / "quorvantis-image-decoder", *folder / "away");
-    EXPECT_EQ(identities({"look"}), plain("look"));
-    const auto program = *folder / "bin/program";
-    std::filesystem::create_directories(*folder / "bin");
-    std::filesystem::create_directories(*folder / "libexec/quorvantis");
-    std::filesystem::rename(*folder / "away", *folder / "libexec/quorvantis/quorvantis-image-decoder");
-    std::filesystem::rename(*folder / "program", program);
-    std::filesystem::create_symlink(program, *folder / "program");
-    EXPECT_EQ(identities({"look"}), decoded("look"));
+TEST(DecoderProcessTest, NeedNotBeThere) {
+    const std::filesystem::path self = *platform::executablePath(getpid()),
+                                beside = self.parent_path() / "quorvantis-image-decoder",
+                                installed = self.parent_path() /
+                                            "../libexec/quorvantis/quorvantis-image-decoder";
+    std::filesystem::create_directories(installed.parent_path());
+    std::filesystem::rename(beside, installed);
+    EXPECT_EQ(identities({"say " + record}), decoded("say " + record));
+    std::filesystem::permissions(installed, std::filesystem::perms(0600));
+    EXPECT_EQ(identities({"say " + record}), plain("say " + record));
+    std::filesystem::permissions(installed, std::filesystem::perms(0700));
+    std::filesystem::rename(installed, beside);
 }
 
 }  // namespace quorvantis

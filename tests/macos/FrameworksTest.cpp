@@ -70,11 +70,6 @@ TEST(FrameworksTest, ComparePathsByTheirCharacters) {
     EXPECT_EQ(fake::liveObjects(), 0);
 }
 
-TEST(FrameworksTest, NameExecutables) {
-    EXPECT_EQ(platform::firstArgument(), "the/first argument");
-    EXPECT_EQ(platform::executablePath(getpid()), std::filesystem::read_symlink("/proc/self/exe").string());
-    EXPECT_EQ(platform::executablePath(-1), std::nullopt);
-}
 
 }  // namespace
 }  // namespace quorvantis

@@ -1,3 +1,5 @@
 #pragma once
 
-char*** _NSGetArgv();
+inline char*** _NSGetArgv() {
+    return nullptr;
+}
