@@ -12,10 +12,8 @@ add_executable(quorvantis-tests
   tests/harness/ChildProcess.cpp
   tests/harness/Transcript.cpp
   tests/imaging/ImageReferencesTest.cpp
-  tests/integration/AgentManifestTest.cpp
   tests/integration/CredentialValidatorTest.cpp
   tests/integration/HelperPathsTest.cpp
-  tests/integration/PairingRequestRecordTest.cpp
   tests/integration/ProcessRunnerTest.cpp
   tests/mcp/AttachmentIdentitiesTest.cpp
   tests/mcp/HistoryTest.cpp
@@ -24,9 +22,9 @@ add_executable(quorvantis-tests
   tests/mcp/TranscriptTest.cpp
   tests/platform/${platform}/HomeFolderTest.cpp
   tests/standin/StandinTest.cpp
-  tests/state/HistoryRecordsTest.cpp
   tests/state/MCPClientSessionTest.cpp
   tests/state/PromptHookObservationTest.cpp
+  tests/state/RecordsTest.cpp
   tests/support/HelperFailureTest.cpp
   tests/support/HelperIOTest.cpp
   tests/json/JSONDocumentTest.cpp

@@ -1,9 +1,9 @@
 #include "broker/BrokerClient.h"
 
-#include <algorithm>
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,7 +11,6 @@
 #include "harness/Descriptors.h"
 #include "harness/FakeBroker.h"
 #include "harness/TemporaryFolder.h"
-#include "harness/Words.h"
 
 namespace quorvantis {
 
@@ -38,36 +37,48 @@ static std::string outcomeOf(FakeBroker::Play play, const Fields& fields = {}) {
     return outcome(folder / "s", fields);
 }
 
-/// Answers with the text and hangs up. In it $ is the right beginning, @ the request's identifier, ~ a line
-/// feed, and | a pause.
-static FakeBroker::Play answers(std::string text) {
-    return [=](auto& connection) mutable {
+/// Sends the pieces one after the other, with the request's identifier for <id>, and hangs up.
+static FakeBroker::Play sends(const std::vector<std::string>& pieces) {
+    return [=](auto& connection) {
         const std::string id = harness::requestIDOf(connection.receive());
-        if (text[0] == '$') text.replace(0, 1, R"({"version":1,"requestID":"@")");
-        if (const auto place = text.find('@'); place != text.npos) text.replace(place, 1, id);
-        std::replace(text.begin(), text.end(), '~', '\n');
-        std::istringstream pieces(text);
-        for (std::string piece; std::getline(pieces, piece, '|'); pieces.eof() || usleep(20'000))
+        for (std::string piece : pieces) {
+            if (const auto place = piece.find("<id>"); place != piece.npos) piece.replace(place, 4, id);
             connection.send(piece);
+            usleep(10'000);
+        }
     };
 }
 
+static const std::string begun = R"({"version":1,"requestID":"<id>")";
+
 TEST(BrokerClientTest, ChecksTheReply) {
-    const std::pair<std::string, std::string> cases[] = {
-        {success, R"($,"ok":true} $,"ok":true}|~ {"vers|ion":1.0,"requestID":"@","o|k":true}~|more)"},
-        {"Quorvantis returned an invalid broker response.",
-         R"({"version":"1","requestID":"@","ok":true} {"version":2,"requestID":"@","ok":true}
-            {"version":true,"requestID":"@","ok":true} {"requestID":"@","ok":true} [1]
-            {"version":1,"requestID":"x-@","ok":false,"error":"no"} {"version":1,"ok":false,"error":"no"})"},
-        {"Quorvantis denied the request.", R"($,"ok":"true","error":7} $,"ok":1} $})"},
-        {"No:“access”/.", R"($,"ok":false,"error":"No:“access”\/."} $,"error":"No:“access”/."}~)"},
-        {"The data couldn’t be read because it isn’t in the correct format.",
-         "~ true~ garbage \xff~ $,\"ok\":true}} $,~|\"ok\":true}"},
-        {noReply, "|"},
+    const std::string invalid = "Quorvantis returned an invalid broker response.",
+                      denied = "Quorvantis denied the request.",
+                      noJSON = "The data couldn’t be read because it isn’t in the correct format.";
+    const std::pair<std::string, std::vector<std::string>> cases[] = {
+        {success, {begun + R"(,"ok":true})"}},
+        {success, {begun, R"(,"ok":true})", "\n"}},
+        {success, {R"({"vers)", R"(ion":1.0,"requestID":"<id>","o)", "k\":true}\n", "more"}},
+        {invalid, {R"({"version":"1","requestID":"<id>","ok":true})"}},
+        {invalid, {R"({"version":2,"requestID":"<id>","ok":true})"}},
+        {invalid, {R"({"version":true,"requestID":"<id>","ok":true})"}},
+        {invalid, {R"({"requestID":"<id>","ok":true})"}},
+        {invalid, {"[1]"}},
+        {invalid, {R"({"version":1,"requestID":"x-<id>","ok":false,"error":"no"})"}},
+        {invalid, {R"({"version":1,"ok":false,"error":"no"})"}},
+        {denied, {begun + R"(,"ok":"true","error":7})"}},
+        {denied, {begun + R"(,"ok":1})"}},
+        {"No: “access”/.", {begun + R"(,"ok":false,"error":"No: “access”\/."})"}},
+        {"No.", {begun + R"(,"error":"No."})"}},
+        {noJSON, {"\n"}},
+        {noJSON, {"true\n"}},
+        {noJSON, {"\xff"}},
+        {noJSON, {begun + R"(,"ok":true}})"}},
+        {noJSON, {begun + ",\n", R"("ok":true})"}},
+        {noReply, {}},
     };
-    for (const auto& [message, replies] : cases)
-        for (const auto& reply : harness::words(replies))
-            EXPECT_EQ(outcomeOf(answers(reply)), message) << reply;
+    for (const auto& [message, reply] : cases)
+        EXPECT_EQ(outcomeOf(sends(reply)), message) << testing::PrintToString(reply);
 }
 
 TEST(BrokerClientTest, TakesAMebibyteAndNoMore) {
@@ -95,7 +106,7 @@ TEST(BrokerClientTest, FindsTheSocketAndLeavesNoDescriptorOpen) {
     const std::string longest = folder / std::string(103 - folder.path().size() - 1, 's');
     harness::writeText(folder / "file", "");
     for (int i = 0; i < 20; ++i) {
-        const FakeBroker broker(longest, answers(R"($,"ok":true})"));
+        const FakeBroker broker(longest, sends({begun + R"(,"ok":true})"}));
         EXPECT_EQ(outcome(longest), success);
         EXPECT_EQ(outcome(longest + "s"), "Ombrel Link socket path is too long.");
         EXPECT_EQ(outcome(folder / "none"), notRunning);
@@ -109,7 +120,7 @@ TEST(BrokerClientTest, FindsTheSocketAndLeavesNoDescriptorOpen) {
 
 TEST(BrokerClientTest, SendsTheEnvelopeAndTheFieldsOverIt) {
     const TemporaryFolder folder;
-    FakeBroker broker(folder / "s", answers(R"($,"ok":true})"));
+    FakeBroker broker(folder / "s", sends({begun + R"(,"ok":true})"}));
     outcome(folder / "s");
     outcome(folder / "s", {{"agent", {"\"x\""}}, {"paths", {"[\"a/b\",1.0]"}}});
     const std::string first = broker.requests().at(0), second = broker.requests().at(1);
@@ -150,6 +161,15 @@ TEST(BrokerClientTest, WaitsForAFullQueueNoLongerThanForAReply) {
         fcntl(clients.back().get(), F_SETFL, O_NONBLOCK);
         failure = connect(clients.back().get(), address.get(), address.length);
     }
+    EXPECT_FALSE(BrokerClient::isLocalReachable(folder / "s"));
+}
+
+TEST(BrokerClientTest, ReachesNoSocketOfAnotherUser) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can give a socket to another user";
+    const TemporaryFolder folder;
+    const FakeBroker broker(folder / "s", [](auto&) {});
+    chmod((folder / "s").c_str(), 0600);
+    ASSERT_EQ(chown((folder / "s").c_str(), getpwnam("daemon")->pw_uid, getegid()), 0);
     EXPECT_FALSE(BrokerClient::isLocalReachable(folder / "s"));
 }
 

@@ -23,22 +23,21 @@ TEST(SandboxTest, KillsWhoReachesOut) {
     const struct {
         const char* what;
         std::function<void()> act;
-    } cases[] = {
-        {"read a file", [] { open("/etc/passwd", O_RDONLY); }},
-        {"make a file", [] { open("/tmp/quorvantis-sandbox", O_WRONLY | O_CREAT, 0600); }},
-        {"local socket", [] { socket(AF_UNIX, SOCK_STREAM, 0); }},
-        {"network", [] { socket(AF_INET, SOCK_STREAM, 0); }},
-        {"process", [] { syscall(SYS_clone, SIGCHLD, 0, 0, 0, 0); }},
-        {"process in the same memory",
-         [] { syscall(SYS_clone, CLONE_VM | CLONE_VFORK | SIGCHLD, 0, 0, 0, 0); }},
-        {"program", [] { execl("/bin/true", "true", nullptr); }},
-        {"executable memory",
-         [] { mmap(nullptr, 4096, PROT_READ | PROT_EXEC, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0); }},
-        {"memory made executable", [] { mprotect(nullptr, 4096, PROT_EXEC); }},
-        {"signal", [] { kill(1, 0); }},
-        {"trace", [] { syscall(SYS_ptrace, 0, 0, 0, 0); }},
-        {"limits", [] { syscall(SYS_prlimit64, 0, 0, nullptr, nullptr); }},
-        {"outlive the parent", [] { syscall(SYS_prctl, PR_SET_PDEATHSIG, 0, 0, 0, 0); }}};
+    } cases[] = {{"read a file", [] { open("/etc/passwd", O_RDONLY); }},
+                 {"make a file", [] { open("/tmp/quorvantis-sandbox", O_WRONLY | O_CREAT, 0600); }},
+                 {"local socket", [] { socket(AF_UNIX, SOCK_STREAM, 0); }},
+                 {"network", [] { socket(AF_INET, SOCK_STREAM, 0); }},
+                 {"process", [] { syscall(SYS_clone, SIGCHLD, 0, 0, 0, 0); }},
+                 {"process in the same memory",
+                  [] { syscall(SYS_clone, CLONE_VM | CLONE_VFORK | SIGCHLD, 0, 0, 0, 0); }},
+                 {"program", [] { execl("/bin/true", "true", nullptr); }},
+                 {"executable memory",
+                  [] { mmap(nullptr, 4096, PROT_READ | PROT_EXEC, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0); }},
+                 {"memory made executable", [] { mprotect(nullptr, 4096, PROT_EXEC); }},
+                 {"signal", [] { kill(1, 0); }},
+                 {"trace", [] { syscall(SYS_ptrace, 0, 0, 0, 0); }},
+                 {"limits", [] { syscall(SYS_prlimit64, 0, 0, nullptr, nullptr); }},
+                 {"outlive the parent", [] { syscall(SYS_prctl, PR_SET_PDEATHSIG, 0, 0, 0, 0); }}};
     for (const auto& [what, act] : cases) {
         const auto reachOut = [&act = act] { enterSandbox(), act(), _exit(0); };
         EXPECT_EXIT(reachOut(), testing::KilledBySignal(SIGSYS), "") << what;
@@ -69,9 +68,10 @@ TEST(SandboxTest, HasLimitsAndEndsWithItsParent) {
     pid_t decoder = 0;
     ASSERT_EQ(read(pipe.reading.get(), &decoder, sizeof decoder), ssize_t{sizeof decoder});
     const std::string limits = readFile("/proc/" + std::to_string(decoder) + "/limits");
-    for (const std::string limit :
-         {"Max cpu time              60                   60  ", "Max core file size        0                    0  ",
-          "Max open files            0                    0  ", "Max file size             0                    0  "})
+    for (const std::string limit : {"Max cpu time              60                   60  ",
+                                    "Max core file size        0                    0  ",
+                                    "Max open files            0                    0  ",
+                                    "Max file size             0                    0  "})
         EXPECT_NE(limits.find(limit), limits.npos) << limit;
     kill(parent, SIGKILL);
     waitpid(parent, nullptr, 0);

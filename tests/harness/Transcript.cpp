@@ -36,7 +36,9 @@ static std::map<std::string, std::string> membersOf(const std::string& object) {
 static void expectRequest(const std::string& request, const std::string& expected) {
     auto members = membersOf(expected);
     const std::string id = requestIDOf(request);
-    EXPECT_EQ(UUID::parse(id).value().lowerCaseText(), id);
+    const UUID uuid = UUID::parse(id).value();
+    EXPECT_EQ(uuid.lowerCaseText(), id);
+    EXPECT_TRUE(uuid.bytes[6] >> 4 == 4 && uuid.bytes[8] >> 6 == 2) << "random, by RFC 4122: " << id;
     members.insert({{"version", "1"}, {"requestID", "\"" + id + "\""}, {"agent", "\"codex\""}});
     members.insert({{"clientID", "\"client-1\""}, {"credential", "\"secret/token\""}});
     EXPECT_EQ(membersOf(request), members);

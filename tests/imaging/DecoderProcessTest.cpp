@@ -78,9 +78,9 @@ TEST(DecoderProcessTest, IsNotWaitedForLongerThanTheCallAllows) {
 
 TEST(DecoderProcessTest, WorksBesideOthersAndInOrder) {
     if (std::thread::hardware_concurrency() < 2) GTEST_SKIP() << "one decoder at a time";
-    EXPECT_EQ(identities({"meet", "say " + record, "say no", "meet", "meet"}),
-              decoded("meet") + decoded("say " + record) + plain("say no") + decoded("meet") +
-                  decoded("meet"));
+    EXPECT_EQ(
+        identities({"meet", "say " + record, "say no", "meet", "meet"}),
+        decoded("meet") + decoded("say " + record) + plain("say no") + decoded("meet") + decoded("meet"));
 }
 
 TEST(DecoderProcessTest, TellsNothingOfAFileThatChanges) {
@@ -90,8 +90,8 @@ TEST(DecoderProcessTest, TellsNothingOfAFileThatChanges) {
 TEST(DecoderProcessTest, NeedNotBeThere) {
     const std::filesystem::path self = *platform::executablePath(getpid()),
                                 beside = self.parent_path() / "quorvantis-image-decoder",
-                                installed = self.parent_path() /
-                                            "../libexec/quorvantis/quorvantis-image-decoder";
+                                installed =
+                                    self.parent_path() / "../libexec/quorvantis/quorvantis-image-decoder";
     std::filesystem::create_directories(installed.parent_path());
     std::filesystem::rename(beside, installed);
     EXPECT_EQ(identities({"say " + record}), decoded("say " + record));

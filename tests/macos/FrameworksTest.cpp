@@ -70,6 +70,5 @@ TEST(FrameworksTest, ComparePathsByTheirCharacters) {
     EXPECT_EQ(fake::liveObjects(), 0);
 }
 
-
 }  // namespace
 }  // namespace quorvantis

@@ -1,9 +1,10 @@
 #include "state/MCPClientSession.h"
 
+#include <ctime>
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "harness/Installation.h"
-#include "harness/RecordChecks.h"
 #include "json/JSONFiles.h"
 #include "platform/FileSystem.h"
 
@@ -25,13 +26,6 @@ static std::optional<MCPClientSession> initialized(ChildProcess& server, const I
     return session;
 }
 
-TEST(MCPClientSessionTest, IsReadAndWritten) {
-    harness::expectRecord<MCPClientSession>(
-        R"({"clientID":"c","processID":2147483647,"executablePath":"\/x","clientName":"é","initializedAt":1e-05})",
-        {{"2147483647", "2147483648", "processID mistyped"},
-         {R"(,"initializedAt":1e-05)", "", "initializedAt missing"}});
-}
-
 TEST(MCPClientSessionTest, IsRecordedAtEachInitialize) {
     Installation installation;
     installation.environment.push_back("QUORVANTIS_DIAGNOSTIC=true");
@@ -49,6 +43,9 @@ TEST(MCPClientSessionTest, IsRecordedAtEachInitialize) {
     EXPECT_EQ(first.clientName, "client/é");
     EXPECT_TRUE(before < first.initializedAt && first.initializedAt < second.initializedAt);
     EXPECT_LT(second.initializedAt, Date::now());
+    constexpr auto referenceDate = 978'307'200;  // 2001-01-01T00:00:00Z, in seconds since 1970
+    EXPECT_NEAR(second.initializedAt.secondsSinceReferenceDate,
+                static_cast<double>(std::time(nullptr) - referenceDate), 5);
     EXPECT_TRUE(second.isRunning());
     server.expectEnd();
     EXPECT_FALSE(second.isRunning());
@@ -56,6 +53,16 @@ TEST(MCPClientSessionTest, IsRecordedAtEachInitialize) {
         const MCPClientSession session = {.processID = another, .executablePath = second.executablePath};
         EXPECT_FALSE(session.isRunning()) << another;
     }
+}
+
+TEST(MCPClientSessionTest, TakesABareCommandForAPathInTheCurrentFolder) {
+    const Installation installation;
+    auto launch = installation.launch();
+    const std::string start = "cd \"$0\" && PATH=${1%/*} && shift && exec quorvantis-mcp \"$@\"";
+    launch.command.insert(launch.command.begin(), {"/bin/sh", "-c", start, installation.folder.path()});
+    ChildProcess server(launch);
+    EXPECT_EQ(initialized(server, installation).value().executablePath,
+              platform::resolvingSymbolicLinks(installation.folder.path()) + "/quorvantis-mcp");
 }
 
 TEST(MCPClientSessionTest, DisturbsNobodyWhenItCannotBeWritten) {

@@ -42,4 +42,18 @@ TEST(ClientSessionNotificationTest, DoesNotWaitForASilentBus) {
     EXPECT_LT(Date::now().secondsSinceReferenceDate - start, 3);
 }
 
+TEST(ClientSessionNotificationTest, GoesToLocalSocketsOnly) {
+    const Installation installation;
+    const std::string started = installation.folder / "started",
+                      program = "unixexec:path=/usr/bin/touch,argv1=" + started;
+    for (const auto& address : {program, "unix:path=/nowhere;" + program}) {
+        auto launch = installation.launch();
+        launch.environment.push_back("DBUS_SESSION_BUS_ADDRESS=" + address);
+        ChildProcess server(launch);
+        EXPECT_TRUE(isInitialized(server));
+        server.expectEnd();
+        EXPECT_FALSE(std::filesystem::exists(started)) << address;
+    }
+}
+
 }  // namespace quorvantis
