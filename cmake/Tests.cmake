@@ -108,8 +108,7 @@ if(NOT APPLE)
     src/platform/macos/FileSystem.cpp
     src/platform/macos/Process.cpp
     tests/macos/FrameworksTest.cpp
-    tests/macos/fake/CoreFoundation.cpp
-    tests/macos/fake/ImageIO.cpp
+    tests/macos/fake/Frameworks.cpp
     tests/platform/macos/HomeFolderTest.cpp
     tools/standin/macos/SessionSignals.cpp)
   target_include_directories(quorvantis-frameworks-tests PRIVATE

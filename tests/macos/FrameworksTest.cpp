@@ -1,20 +1,24 @@
-#include <filesystem>
+#include "fake/Frameworks.h"
+
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include "SessionSignals.h"
-#include "fake/Objects.h"
 #include "harness/TemporaryFolder.h"
 #include "imaging/AttachmentIdentity.h"
 #include "platform/ClientSessionNotification.h"
 #include "platform/FileSystem.h"
-#include "platform/Process.h"
 #include "support/Files.h"
 
 namespace quorvantis {
 namespace {
 
 using namespace std::string_literals;
+
+class FrameworksTest : public testing::Test {
+  protected:
+    const long before = fake::liveObjects();
+    ~FrameworksTest() override { EXPECT_EQ(fake::liveObjects(), before); }
+};
 
 // Two pixels: red, and green at half strength.
 const std::string pixels = "\xFF\0\0\xFF"s + "\0\xFF\0\x80"s;
@@ -25,7 +29,7 @@ std::string words(const AttachmentIdentity& identity) {
            identity.pixelHash->substr(0, 16);
 }
 
-TEST(FrameworksTest, IdentifyPictures) {
+TEST_F(FrameworksTest, IdentifyPictures) {
     const struct {
         std::string file;
         std::string identity;
@@ -48,26 +52,23 @@ TEST(FrameworksTest, IdentifyPictures) {
         replaceFile(path, file);
         EXPECT_EQ(words(HelperIO::attachmentIdentity(path)), identity) << file;
     }
-    EXPECT_EQ(fake::liveObjects(), 0);
 }
 
-TEST(FrameworksTest, CarryTheNotification) {
+TEST_F(FrameworksTest, CarryTheNotification) {
     standin::SessionSignals signals;
     EXPECT_FALSE(signals.take());
     platform::postClientSessionChanged("claude-code");
     EXPECT_EQ(fake::takePosted(), "com.quorvantis.client-session-changed claude-code 1\n");
     EXPECT_TRUE(signals.take());
     EXPECT_FALSE(signals.take());
-    EXPECT_EQ(fake::liveObjects(), 0);
 }
 
-TEST(FrameworksTest, ComparePathsByTheirCharacters) {
+TEST_F(FrameworksTest, ComparePathsByTheirCharacters) {
     EXPECT_TRUE(platform::samePathText("/caf\u00E9", "/cafe\u0301"));
     EXPECT_FALSE(platform::samePathText("/caf\u00E9", "/cafe"));
     EXPECT_FALSE(platform::samePathText("/A", "/a"));
     EXPECT_TRUE(platform::samePathText("/\xFF", "/\xFF"));
     EXPECT_FALSE(platform::samePathText("/\xFF", "/\xFE"));
-    EXPECT_EQ(fake::liveObjects(), 0);
 }
 
 }  // namespace
