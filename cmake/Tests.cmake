@@ -68,7 +68,6 @@ set_tests_properties(sdk-session PROPERTIES ENVIRONMENT QUORVANTIS_MCP=$<TARGET_
 # ---- the tests of images -------------------------------------------------------------------------------------------
 
 if(NOT APPLE)
-  find_package(ZLIB REQUIRED)
   add_executable(quorvantis-imaging-tests
     tests/decoder/ForbiddenCall.cpp
     tests/decoder/HostilePicturesTest.cpp
@@ -80,10 +79,11 @@ if(NOT APPLE)
   target_include_directories(quorvantis-imaging-tests PRIVATE tests)
   target_compile_definitions(quorvantis-imaging-tests PRIVATE
     QUORVANTIS_DECODER="$<TARGET_FILE:quorvantis-image-decoder>"
+    QUORVANTIS_HOSTILE_PICTURES="${PROJECT_SOURCE_DIR}/tests/hostile"
     QUORVANTIS_PICTURES="${PROJECT_SOURCE_DIR}/tests/pictures")
   # libheif is asked for its version.
   target_link_libraries(quorvantis-imaging-tests PRIVATE
-    quorvantis-decoding quorvantis-options PkgConfig::heif GTest::gtest_main ZLIB::ZLIB)
+    quorvantis-decoding quorvantis-options PkgConfig::heif GTest::gtest_main)
   add_dependencies(quorvantis-imaging-tests quorvantis-image-decoder quorvantis-image-decoder-heif
                                             quorvantis-image-decoder-tiff)
   gtest_discover_tests(quorvantis-imaging-tests PROPERTIES TIMEOUT 120)

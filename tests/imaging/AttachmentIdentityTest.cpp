@@ -50,11 +50,4 @@ TEST(AttachmentIdentityTest, IsThereForRegularFilesOnly) {
     EXPECT_TRUE(identities[5]->pixelHash);
 }
 
-TEST(AttachmentIdentityTest, IsTheSameForManyAtOnce) {
-    const std::vector<std::string> paths(30, picture);
-    for (const auto& identity : HelperIO::attachmentIdentities(paths))
-        EXPECT_EQ(encodedRecord(*identity), encodedRecord(HelperIO::attachmentIdentity(picture)));
-    EXPECT_TRUE(HelperIO::attachmentIdentities({}).empty());
-}
-
 }  // namespace quorvantis

@@ -7,14 +7,11 @@
 
 namespace quorvantis {
 
-TEST(HomeFolderTest, IsThatOfTheUserDatabase) {
+TEST(HomeFolderTest, IsThatOfTheEffectiveUserButNotOfRootForAnother) {
     const std::string before = platform::environmentVariable("HOME").value_or("");
     setenv("HOME", "/nowhere", 1);
     EXPECT_EQ(platform::homeFolder(), getpwuid(geteuid())->pw_dir);
     setenv("HOME", before.c_str(), 1);
-}
-
-TEST(HomeFolderTest, IsThatOfTheEffectiveUserButNotOfRootForAnother) {
     if (geteuid() != 0) GTEST_SKIP() << "only root can run as others";
     const passwd daemon = *getpwnam("daemon");
     const std::string home = daemon.pw_dir;
