@@ -20,7 +20,7 @@ add_executable(quorvantis-tests
   tests/mcp/HostileInputTest.cpp
   tests/mcp/ToolsTest.cpp
   tests/mcp/TranscriptTest.cpp
-  tests/platform/${platform}/HomeFolderTest.cpp
+  tests/platform/${platform}/SystemTest.cpp
   tests/standin/StandinTest.cpp
   tests/state/MCPClientSessionTest.cpp
   tests/state/PromptHookObservationTest.cpp
@@ -31,9 +31,7 @@ add_executable(quorvantis-tests
   tests/json/JSONFilesTest.cpp
   tests/json/JSONWriterTest.cpp
   tests/support/PathsTest.cpp)
-if(APPLE)
-  target_sources(quorvantis-tests PRIVATE tests/platform/macos/PathTextTest.cpp)
-else()
+if(NOT APPLE)
   target_sources(quorvantis-tests PRIVATE tests/platform/linux/ClientSessionNotificationTest.cpp)
 endif()
 add_dependencies(quorvantis-tests quorvantis-mcp quorvantis-standin)
@@ -109,7 +107,7 @@ if(NOT APPLE)
     src/platform/macos/Process.cpp
     tests/macos/FrameworksTest.cpp
     tests/macos/fake/Frameworks.cpp
-    tests/platform/macos/HomeFolderTest.cpp
+    tests/platform/macos/SystemTest.cpp
     tools/standin/macos/SessionSignals.cpp)
   target_include_directories(quorvantis-frameworks-tests PRIVATE
     tests tests/macos tests/macos/fake/include scripts/macos/include tools/standin)

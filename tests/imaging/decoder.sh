@@ -1,4 +1,4 @@
-#!/bin/sh
+#!/bin/bash
 # Plays the image decoder for DecoderProcessTest: does what the text in the file on descriptor 3 says.
 record="4 2 $(printf '%064d' 0)"
 file=$(readlink /proc/self/fd/3)

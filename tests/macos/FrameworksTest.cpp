@@ -6,7 +6,6 @@
 #include "harness/TemporaryFolder.h"
 #include "imaging/AttachmentIdentity.h"
 #include "platform/ClientSessionNotification.h"
-#include "platform/FileSystem.h"
 #include "support/Files.h"
 
 namespace quorvantis {
@@ -61,14 +60,6 @@ TEST_F(FrameworksTest, CarryTheNotification) {
     EXPECT_EQ(fake::takePosted(), "com.quorvantis.client-session-changed claude-code 1\n");
     EXPECT_TRUE(signals.take());
     EXPECT_FALSE(signals.take());
-}
-
-TEST_F(FrameworksTest, ComparePathsByTheirCharacters) {
-    EXPECT_TRUE(platform::samePathText("/caf\u00E9", "/cafe\u0301"));
-    EXPECT_FALSE(platform::samePathText("/caf\u00E9", "/cafe"));
-    EXPECT_FALSE(platform::samePathText("/A", "/a"));
-    EXPECT_TRUE(platform::samePathText("/\xFF", "/\xFF"));
-    EXPECT_FALSE(platform::samePathText("/\xFF", "/\xFE"));
 }
 
 }  // namespace

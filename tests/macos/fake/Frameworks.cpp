@@ -44,8 +44,6 @@ using Dictionary = std::map<std::string, quorvantis::platform::Owned<CFTypeRef>>
 struct Image {
     std::size_t width = 0, height = 0;
     Bytes pixels = {};  // RGBA, not premultiplied
-
-    const UInt8* at(std::size_t x, std::size_t y) const { return &pixels[(y * width + x) * 4]; }
 };
 
 /// A picture of the only format that these frameworks know: "FAKE <width> <height> <orientation>", a line
@@ -55,8 +53,6 @@ struct Source {
     int orientation = 1;
     Bytes pixels = {};
 };
-
-struct Space {};
 
 struct Context {
     UInt8* pixels;
@@ -103,10 +99,6 @@ struct {
 std::string posted;
 Object centre;
 
-void put(Dictionary& properties, CFStringRef key, double value) {
-    if (value != 0) properties[text(key)].reset(created<CFTypeRef>(value));
-}
-
 /// Orientations 1 (upright) and 6 (to be turned clockwise by a quarter).
 Image upright(const Source& source) {
     const Image stored = {static_cast<std::size_t>(source.width), static_cast<std::size_t>(source.height),
@@ -116,12 +108,8 @@ Image upright(const Source& source) {
     Image image = {stored.height, stored.width};
     for (std::size_t y = 0; y < image.height; ++y)
         for (std::size_t x = 0; x < image.width; ++x)
-            image.pixels.append(stored.at(y, stored.height - 1 - x), 4);
+            image.pixels += stored.pixels.substr(((stored.height - 1 - x) * stored.width + y) * 4, 4);
     return image;
-}
-
-bool isTrue(CFDictionaryRef options, CFStringRef key) {
-    return CFDictionaryGetValue(options, key) == kCFBooleanTrue;
 }
 
 }  // namespace
@@ -294,8 +282,9 @@ CFDictionaryRef CGImageSourceCopyPropertiesAtIndex(CGImageSourceRef reference, s
     requirePool();
     require(index == 0 && !options, "properties of the first image, without options");
     Dictionary properties;
-    put(properties, kCGImagePropertyPixelWidth, object<Source>(reference).width);
-    put(properties, kCGImagePropertyPixelHeight, object<Source>(reference).height);
+    const auto& [width, height, orientation, pixels] = object<Source>(reference);
+    if (width != 0) properties[text(kCGImagePropertyPixelWidth)].reset(created<CFTypeRef>(width));
+    if (height != 0) properties[text(kCGImagePropertyPixelHeight)].reset(created<CFTypeRef>(height));
     return created<CFDictionaryRef>(std::move(properties));
 }
 
@@ -304,9 +293,11 @@ CGImageRef CGImageSourceCreateThumbnailAtIndex(CGImageSourceRef reference, std::
     requirePool();
     const auto& source = object<Source>(reference);
     require(source.width * source.height <= 60e6, "the budget comes first");
-    require(index == 0 && isTrue(options, kCGImageSourceCreateThumbnailFromImageAlways) &&
-                isTrue(options, kCGImageSourceCreateThumbnailWithTransform),
-            "the first image, whole and upright");
+    require(
+        index == 0 &&
+            CFDictionaryGetValue(options, kCGImageSourceCreateThumbnailFromImageAlways) == kCFBooleanTrue &&
+            CFDictionaryGetValue(options, kCGImageSourceCreateThumbnailWithTransform) == kCFBooleanTrue,
+        "the first image, whole and upright");
     const auto* const longest = CFDictionaryGetValue(options, kCGImageSourceThumbnailMaxPixelSize);
     require(object<double>(longest) == std::max(source.width, source.height), "the full size");
     if (static_cast<double>(source.pixels.size()) < source.width * source.height * 4) return nullptr;
@@ -323,13 +314,12 @@ std::size_t CGImageGetHeight(CGImageRef image) {
 
 CGColorSpaceRef CGColorSpaceCreateWithName(CFStringRef name) {
     require(name == kCGColorSpaceSRGB, "sRGB");
-    return created<CGColorSpaceRef>(Space());
+    return created<CGColorSpaceRef>(text(name));
 }
 
 CGContextRef CGBitmapContextCreate(void* pixels, std::size_t width, std::size_t height, std::size_t bits,
                                    std::size_t bytesPerRow, CGColorSpaceRef space, std::uint32_t info) {
-    object<Space>(space);
-    require(bits == 8 && bytesPerRow == width * 4 && info == 0x4001,
+    require(text(space) == "kCGColorSpaceSRGB" && bits == 8 && bytesPerRow == width * 4 && info == 0x4001,
             "RGBA of 8 bits, premultiplied, no padding");
     auto* const bytes = static_cast<UInt8*>(pixels);
     require(Bytes(bytes, bytesPerRow * height) == Bytes(bytesPerRow * height, 0), "zeros at first");

@@ -3,9 +3,19 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include "platform/FileSystem.h"
 #include "platform/Process.h"
 
 namespace quorvantis {
+
+TEST(PathTextTest, IsComparedAfterNormalisation) {
+    EXPECT_TRUE(platform::samePathText("/caf\u00E9", "/cafe\u0301"));
+    EXPECT_FALSE(platform::samePathText("/caf\u00E9", "/cafe"));
+    EXPECT_FALSE(platform::samePathText("/A", "/a"));
+    EXPECT_TRUE(platform::samePathText("/\xFF", "/\xFF"));
+    EXPECT_FALSE(platform::samePathText("/\xFF", "/\xFE"));
+    EXPECT_EQ(platform::resolvingSymbolicLinks("/tmp"), "/tmp") << "and not below /private";
+}
 
 TEST(HomeFolderTest, IsThatOfTheEffectiveUserButNotOfRootForAnother) {
     const std::string before = platform::environmentVariable("HOME").value_or("");
