@@ -104,8 +104,8 @@ void filterCalls() {
     if (!list.load()) giveUp();
 }
 
-/// A decoder must not outlive its parent, and the parent may have died before it was asked: then nobody reads
-/// what the decoder writes.
+/// Makes this process end with its parent. The parent may have died before the call, which the output then
+/// shows: the pipe has no reader.
 void endWithParent() {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     pollfd output = {.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
