@@ -34,7 +34,7 @@ int main(int count, char** arguments) {
     const rlimit none = {.rlim_cur = 0, .rlim_max = 0};
     setrlimit(RLIMIT_CORE, &none);  // a core file would hold the credential
     std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN);  // beyond a limit of file sizes, a write shall fail
+    std::signal(SIGXFSZ, SIG_IGN);  // a write beyond the limit of file sizes fails instead
     std::signal(SIGCHLD, SIG_DFL);  // if the parent left it ignored, waitpid would fail
     platform::keepFreedMemory();
     try {

@@ -11,8 +11,8 @@ namespace quorvantis::standin {
 /// A listening Unix domain socket of mode 0600. The destructor removes it.
 class BrokerSocket {
   public:
-    /// Replaces a socket at the path on which nobody listens. Throws std::runtime_error when somebody does,
-    /// when the path is too long for a socket, or when it is something else.
+    /// Listens at the path, and replaces a socket there that has no listener. Throws std::runtime_error if it
+    /// has one, if the path is too long for a socket, or if it names something else.
     explicit BrokerSocket(std::string path);
     BrokerSocket(const BrokerSocket&) = delete;
     BrokerSocket& operator=(const BrokerSocket&) = delete;
