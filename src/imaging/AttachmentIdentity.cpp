@@ -1,12 +1,18 @@
 #include "imaging/AttachmentIdentity.h"
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "imaging/DecodedPixels.h"
@@ -84,24 +90,41 @@ std::shared_ptr<const ExaminedFile> examine(const std::string& path, DecodingBat
     return file;
 }
 
+/// The indices of the paths, those of small files first.
+std::vector<std::size_t> bySize(std::span<const std::string> paths) {
+    std::vector<std::pair<std::uintmax_t, std::size_t>> sizes;
+    for (const auto& path : paths) {
+        std::error_code ignored;  // examining the file tells
+        sizes.emplace_back(std::filesystem::file_size(path, ignored), sizes.size());
+    }
+    std::sort(sizes.begin(), sizes.end());
+    std::vector<std::size_t> order;
+    for (const auto& [size, index] : sizes) order.push_back(index);
+    return order;
+}
+
 }  // namespace
 
 AttachmentIdentity attachmentIdentity(const std::string& path) {
-    DecodingBatch batch(decodingTimeout);
+    DecodingBatch batch(decodingTimeout(1));
     const auto file = examine(path, batch);
     batch.finish();
     return file->identity();
 }
 
+std::vector<std::optional<AttachmentIdentity>> attachmentIdentities(std::span<const std::string> paths) {
+    return attachmentIdentities(paths, decodingTimeout(paths.size()));
+}
+
 std::vector<std::optional<AttachmentIdentity>> attachmentIdentities(std::span<const std::string> paths,
                                                                     std::chrono::milliseconds timeout) {
     DecodingBatch batch(timeout);
-    std::vector<std::shared_ptr<const ExaminedFile>> files;
-    for (const auto& path : paths) {
+    std::vector<std::shared_ptr<const ExaminedFile>> files(paths.size());
+    for (const std::size_t i : bySize(paths)) {
         try {
-            files.push_back(examine(path, batch));
+            files[i] = examine(paths[i], batch);
         } catch (const FileError&) {
-            files.push_back(nullptr);  // the caller decides what an unreadable file means
+            // The caller decides what an unreadable file means.
         }
     }
     batch.finish();

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -29,18 +31,22 @@ struct AttachmentIdentity {
 
 namespace HelperIO {
 
-/// The default timeout for decoding all pictures of one call.
-inline constexpr std::chrono::milliseconds decodingTimeout = std::chrono::seconds(60);
+/// The default timeout for decoding all pictures of one call: a second for each, but at least 45 s and at
+/// most four minutes. Many clients give up on a call after a minute, and those that wait for more after five.
+constexpr std::chrono::milliseconds decodingTimeout(std::size_t pictures) {
+    return std::chrono::seconds(std::clamp<std::size_t>(pictures, 45, 240));
+}
 
 /// Identifies the file at the path. Throws FileError if it cannot be read. After any other failure only the
 /// pixel fields are empty.
 AttachmentIdentity attachmentIdentity(const std::string& path);
 
-/// Identifies several files, decoding them in one DecodingBatch. Returns one element per path, in their
-/// order; empty for a file that cannot be read. A picture that is not decoded within `timeout` has no pixel
-/// fields.
-std::vector<std::optional<AttachmentIdentity>> attachmentIdentities(
-    std::span<const std::string> paths, std::chrono::milliseconds timeout = decodingTimeout);
+/// Identifies several files, decoding them in one DecodingBatch, small files first. Returns one element per
+/// path, in their order; empty for a file that cannot be read. A picture that is not decoded within the
+/// timeout has no pixel fields.
+std::vector<std::optional<AttachmentIdentity>> attachmentIdentities(std::span<const std::string> paths);
+std::vector<std::optional<AttachmentIdentity>> attachmentIdentities(std::span<const std::string> paths,
+                                                                    std::chrono::milliseconds timeout);
 
 }  // namespace HelperIO
 

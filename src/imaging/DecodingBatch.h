@@ -12,7 +12,8 @@ namespace quorvantis {
 
 /// A batch of pictures that are decoded and hashed within one timeout. On macOS the system decodes them in
 /// this process, one after the other. On Linux each has a process of its own; as many run side by side as
-/// there are processors, up to four.
+/// there are processors, up to four. What fails there is tried again at the end, one at a time and with more
+/// memory and processor time, so that a costly picture takes nothing from the others.
 class DecodingBatch {
   public:
     /// Receives the result; empty if the picture could not be decoded in time.

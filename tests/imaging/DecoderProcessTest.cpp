@@ -83,6 +83,21 @@ TEST(DecoderProcessTest, WorksBesideOthersAndInOrder) {
         decoded("meet") + decoded("say " + record) + plain("say no") + decoded("meet") + decoded("meet"));
 }
 
+TEST(DecoderProcessTest, ComesToSmallFilesFirst) {
+    std::vector<std::string> texts(5, "hang" + std::string(100, ' '));
+    std::string expected;
+    for (const auto& text : texts) expected += plain(text);
+    texts.push_back("say " + record);
+    EXPECT_EQ(identities(texts, 500), expected + decoded(texts.back()));
+}
+
+TEST(DecoderProcessTest, TriesAgainAloneWhatFailed) {
+    const std::vector<std::string> texts(70, "alone");
+    std::string expected;
+    for (const auto& text : texts) expected += decoded(text);
+    EXPECT_EQ(identities(texts), expected);
+}
+
 TEST(DecoderProcessTest, TellsNothingOfAFileThatChanges) {
     EXPECT_EQ(identities({"touch"}), plain("touch"));
 }

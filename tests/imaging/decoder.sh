@@ -26,10 +26,11 @@ met_another() {
 
 case $(cat "$file") in
     say*) tail -c +5 "$file" ;;
-    hang) exec sleep 100 ;;
     "hang up") exec sleep 100 >&- ;;
+    hang*) exec sleep 100 ;;
     flood) exec yes "$record" ;;
     touch) printf touch >"$file" && echo "$record" ;; # the same again
     look) inherited_nothing && echo "$record" ;;
     meet) met_another && echo "$record" ;;
+    alone) [ "$1" = alone ] && mkdir "${file%/*}/busy" && sleep 0.01 && rmdir "${file%/*}/busy" && echo "$record" ;;
 esac

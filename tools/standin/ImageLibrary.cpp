@@ -1,6 +1,7 @@
 #include "ImageLibrary.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <dirent.h>
@@ -96,8 +97,7 @@ Asset assetOf(const std::string& path, const AttachmentIdentity& identity) {
 
 ImageLibrary::ImageLibrary(const std::string& folder) {
     const auto paths = filesIn(folder);
-    const auto identities =
-        HelperIO::attachmentIdentities(paths, HelperIO::decodingTimeout * (paths.size() + 1));
+    const auto identities = HelperIO::attachmentIdentities(paths, std::chrono::minutes(paths.size()));
     for (std::size_t i = 0; i < paths.size(); ++i)
         if (identities[i]) assets_.push_back(assetOf(paths[i], *identities[i]));
 }

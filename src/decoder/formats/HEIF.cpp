@@ -81,12 +81,12 @@ void addRows(const heif_image* image, UprightPicture& picture, const Size& size)
 }  // namespace
 
 DecodedPixels readHEIF(const PictureFile& file) {
-    const auto content = file.content();
+    const PictureContent content(file);
     const Owned<heif_context> context(heif_context_alloc(), &heif_context_free);
     // A file can ask for more threads than there can be, and libheif would wait for them for ever.
     heif_context_set_max_decoding_threads(context.get(), 0);
-    require(
-        heif_context_read_from_memory_without_copy(context.get(), content.data(), content.size(), nullptr));
+    require(heif_context_read_from_memory_without_copy(context.get(), content.bytes().data(),
+                                                       content.bytes().size(), nullptr));
     const auto handle = firstPicture(context.get());
     const auto header = pictureHeader(handle.get());
     UprightPicture picture(header);

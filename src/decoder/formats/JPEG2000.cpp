@@ -19,6 +19,9 @@ namespace quorvantis::decoder {
 
 namespace {
 
+// Four inks and alpha. The codec keeps all components in memory, of whatever size they claim to be.
+constexpr std::uint32_t maximumComponents = 5;
+
 /// The input callbacks of openjp2.
 struct InputStream {
     const PictureFile& file;
@@ -100,13 +103,13 @@ class Decoder {
             !opj_read_header(stream_.get(), codec_.get(), &image))
             giveUp();
         image_.reset(image);
+        if (image->numcomps < 1 || image->numcomps > maximumComponents) giveUp();
     }
 
     void decode() {
         if (!opj_decode(codec_.get(), stream_.get(), image_.get()) ||
             !opj_end_decompress(codec_.get(), stream_.get()))
             giveUp();
-        if (image_->numcomps == 0) giveUp();
         for (std::uint32_t i = 0; i < image_->numcomps; ++i) components_.emplace_back(image_->comps[i]);
     }
 

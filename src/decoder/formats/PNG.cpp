@@ -3,6 +3,7 @@
 #include <optional>
 #include <png.h>
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "decoder/formats/Readers.h"
@@ -19,6 +20,10 @@ namespace quorvantis::decoder {
 
 namespace {
 
+// Chunks that libpng would keep in memory, at whatever size they claim: names of four letters, each followed
+// by 0.
+constexpr std::string_view unused("tEXt\0zTXt\0iTXt\0sPLT\0sCAL\0pCAL\0hIST\0tIME", 40);
+
 class Decoder {
   public:
     explicit Decoder(PictureReader& reader)
@@ -27,6 +32,9 @@ class Decoder {
         if (!png_ || !info_) giveUp();
         png_set_user_limits(png_, static_cast<png_uint_32>(pixelBudget),
                             static_cast<png_uint_32>(pixelBudget));
+        png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER,
+                                    reinterpret_cast<png_const_bytep>(unused.data()),
+                                    static_cast<int>(unused.size() / 5));
         png_set_read_fn(png_, &reader, read);
         png_read_info(png_, info_);
     }

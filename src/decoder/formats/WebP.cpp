@@ -19,8 +19,8 @@ namespace {
 class Decoder {
   public:
     explicit Decoder(const PictureFile& file)
-        : content_(file.content()),
-          data_({content_.data(), content_.size()}),
+        : content_(file),
+          data_({content_.bytes().data(), content_.bytes().size()}),
           demuxer_(WebPDemux(&data_), &WebPDemuxDelete) {
         if (!demuxer_ || !WebPDemuxGetFrame(demuxer_.get(), 1, &frame_) || !frame_.complete) giveUp();
     }
@@ -61,7 +61,7 @@ class Decoder {
         return bytes;
     }
 
-    std::vector<std::uint8_t> content_;
+    PictureContent content_;
     WebPData data_;
     std::unique_ptr<WebPDemuxer, decltype(&WebPDemuxDelete)> demuxer_;
     WebPIterator frame_ = {};

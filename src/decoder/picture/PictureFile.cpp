@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <errno.h>
 #include <span>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
-#include <vector>
 
 #include "decoder/picture/GiveUp.h"
 
@@ -43,10 +43,14 @@ void PictureFile::read(std::uint64_t position, std::span<std::uint8_t> bytes) co
     if (readUpTo(position, bytes) != bytes.size()) giveUp();
 }
 
-std::vector<std::uint8_t> PictureFile::content() const {
-    std::vector<std::uint8_t> content(size_);
-    read(0, content);
-    return content;
+PictureContent::PictureContent(const PictureFile& file) {
+    void* start = mmap(nullptr, file.size(), PROT_READ, MAP_PRIVATE, descriptor, 0);
+    if (start == MAP_FAILED) giveUp();
+    bytes_ = {static_cast<std::uint8_t*>(start), file.size()};
+}
+
+PictureContent::~PictureContent() {
+    munmap(bytes_.data(), bytes_.size());
 }
 
 std::span<const std::uint8_t> PictureReader::nextPiece() {

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <vector>
 
 namespace quorvantis::decoder {
 
@@ -23,11 +22,22 @@ class PictureFile {
     /// Fills `bytes`, or gives up if the file ends before.
     void read(std::uint64_t position, std::span<std::uint8_t> bytes) const;
 
-    /// Returns the whole content.
-    std::vector<std::uint8_t> content() const;
-
   private:
     std::uint64_t size_;
+};
+
+/// The whole content of a PictureFile, mapped into memory: if the file shrinks, reading it kills the process.
+class PictureContent {
+  public:
+    explicit PictureContent(const PictureFile& file);
+    PictureContent(const PictureContent&) = delete;
+    PictureContent& operator=(const PictureContent&) = delete;
+    ~PictureContent();
+
+    std::span<const std::uint8_t> bytes() const { return bytes_; }
+
+  private:
+    std::span<std::uint8_t> bytes_;
 };
 
 /// Reads a PictureFile sequentially from a position to its end.

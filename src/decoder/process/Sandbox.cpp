@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdint>
+#include <cstdio>
 #include <fcntl.h>
 #include <memory>
 #include <poll.h>
@@ -13,30 +15,33 @@
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/time.h>
 #include <time.h>
 #include <unistd.h>
 
 #include "decoder/picture/GiveUp.h"
+#include "platform/Descriptors.h"
 
 namespace quorvantis::decoder {
 
 namespace {
 
-constexpr rlim_t memoryLimit = 3UL << 30;  // bytes of address space
-constexpr unsigned timeLimit = 60;         // seconds, of processor time and by the clock
+constexpr unsigned longestLife = 60;  // seconds by the clock
 
-// The address sanitizer reserves terabytes of addresses, and looks at its own threads and stacks.
+// The address sanitizer needs more memory and time, and looks at its own threads and stacks.
 constexpr bool isSanitized = QUORVANTIS_SANITIZED;
+constexpr rlim_t sanitizersMemory = isSanitized ? 1UL << 28 : 0;
+constexpr int sanitizersTime = isSanitized ? 20 : 1;
 
-constexpr std::array decodingCalls = {SCMP_SYS(pread64),      SCMP_SYS(write),   SCMP_SYS(fstat),
-                                      SCMP_SYS(newfstatat),   SCMP_SYS(munmap),  SCMP_SYS(mremap),
-                                      SCMP_SYS(brk),          SCMP_SYS(madvise), SCMP_SYS(getrandom),
-                                      SCMP_SYS(futex),        SCMP_SYS(sysinfo), SCMP_SYS(clock_gettime),
-                                      SCMP_SYS(gettimeofday), SCMP_SYS(exit),    SCMP_SYS(exit_group)};
-
-constexpr std::array threadCalls = {
-    SCMP_SYS(set_robust_list),   SCMP_SYS(rseq),        SCMP_SYS(rt_sigprocmask), SCMP_SYS(rt_sigaction),
-    SCMP_SYS(sched_getaffinity), SCMP_SYS(sched_yield), SCMP_SYS(gettid),         SCMP_SYS(set_tid_address)};
+constexpr std::array decodingCalls = {
+    SCMP_SYS(pread64),       SCMP_SYS(write),        SCMP_SYS(mremap), SCMP_SYS(munmap),     SCMP_SYS(brk),
+    SCMP_SYS(madvise),       SCMP_SYS(futex),        SCMP_SYS(exit),   SCMP_SYS(exit_group),
+    SCMP_SYS(sysinfo),                                // qsort asks for the size of the memory
+    SCMP_SYS(clock_gettime), SCMP_SYS(gettimeofday),  // where the clock cannot be read without a call
+};
+constexpr std::array threadCalls = {SCMP_SYS(set_robust_list), SCMP_SYS(rseq), SCMP_SYS(rt_sigprocmask),
+                                    SCMP_SYS(rt_sigaction), SCMP_SYS(sched_getaffinity)};
+constexpr std::array sanitizersCalls = {SCMP_SYS(sigaltstack), SCMP_SYS(gettid), SCMP_SYS(sched_yield)};
 
 /// The system calls that remain allowed.
 class AllowList {
@@ -75,12 +80,32 @@ void limit(int resource, rlim_t value) {
     if (setrlimit(kind, &limits) != 0) giveUp();
 }
 
-void setLimits() {
+/// The bytes of memory that count towards RLIMIT_DATA (proc(5), statm).
+rlim_t dataInUse() {
+    std::array<char, 128> text = {};
+    const platform::Descriptor file(open("/proc/self/statm", O_RDONLY | O_CLOEXEC));
+    unsigned long pages = 0;
+    if (read(file.get(), text.data(), text.size() - 1) > 0)
+        static_cast<void>(std::sscanf(text.data(), "%*s %*s %*s %*s %*s %lu", &pages));
+    return pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE));
+}
+
+void limitTime(std::chrono::milliseconds time) {
+    using namespace std::chrono;
+    const auto whole = duration_cast<seconds>(time);
+    const itimerval timer = {{}, {whole.count(), duration_cast<microseconds>(time - whole).count()}};
+    if (setitimer(ITIMER_PROF, &timer, nullptr) != 0) giveUp();
+    // A process can ignore the timer's signal, but not this limit.
+    limit(RLIMIT_CPU, static_cast<rlim_t>(ceil<seconds>(time).count()));
+    alarm(longestLife);
+}
+
+void setLimits(const Limits& limits) {
+    limitTime(limits.time * sanitizersTime);
+    limit(RLIMIT_DATA, dataInUse() + limits.memory + sanitizersMemory);
     limit(RLIMIT_CORE, 0);
-    limit(RLIMIT_CPU, timeLimit);
-    limit(RLIMIT_NOFILE, 0);
     limit(RLIMIT_FSIZE, 0);
-    if (!isSanitized) limit(RLIMIT_AS, memoryLimit);
+    limit(RLIMIT_NOFILE, 0);
 }
 
 void allowThreads(AllowList& list) {
@@ -97,8 +122,11 @@ void allowThreads(AllowList& list) {
 void filterCalls() {
     AllowList list;
     for (const int call : decodingCalls) list.allow(call);
-    if (isSanitized) list.allow(SCMP_SYS(sigaltstack));
-    list.allow(SCMP_SYS(mmap), SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0));
+    if (isSanitized)
+        for (const int call : sanitizersCalls) list.allow(call);
+    // Shared memory would not count towards the limit.
+    list.allow(SCMP_SYS(mmap), SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0),
+               SCMP_A3(SCMP_CMP_MASKED_EQ, MAP_SHARED, 0));
     list.allow(SCMP_SYS(mprotect), SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0));
     allowThreads(list);
     if (!list.load()) giveUp();
@@ -114,20 +142,17 @@ void endWithParent() {
 
 /// When memory runs out, the kernel shall end a decoder before anything of the user's (proc(5)).
 void beFirstToGo() {
-    const int score = open("/proc/self/oom_score_adj", O_WRONLY | O_CLOEXEC);
-    if (score < 0) return;
-    static_cast<void>(!write(score, "1000", 4));
-    close(score);
+    const platform::Descriptor score(open("/proc/self/oom_score_adj", O_WRONLY | O_CLOEXEC));
+    static_cast<void>(!write(score.get(), "1000", 4));
 }
 
 }  // namespace
 
-void enterSandbox() {
+void enterSandbox(const Limits& limits) {
     tzset();  // lcms2 dates the profiles that it makes: read the time zone while files can be opened
     endWithParent();
     beFirstToGo();
-    alarm(timeLimit);
-    setLimits();
+    setLimits(limits);
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) giveUp();
     const bool kernelFilters = prctl(PR_GET_SECCOMP, 0, 0, 0, 0) >= 0;
     if (kernelFilters) filterCalls();

@@ -1,6 +1,6 @@
 #include "decoder/formats/Readers.h"
 #include "decoder/process/Run.h"
 
-int main() {
-    quorvantis::decoder::run(quorvantis::decoder::readTIFF);
+int main(int, char** arguments) {
+    quorvantis::decoder::run(quorvantis::decoder::readTIFF, arguments);
 }

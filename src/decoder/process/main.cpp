@@ -22,27 +22,26 @@ Format format() {
 }
 
 /// Runs the decoder for a format whose library takes long to load: a separate program in the same folder.
-[[noreturn]] void execDecoder(const char* format) {
+[[noreturn]] void execDecoder(const char* format, char** arguments) {
     const auto self = quorvantis::platform::executablePath(getpid());
     if (!self) giveUp();
-    std::string other = *self + "-" + format;
-    const std::array<char*, 2> arguments = {other.data(), nullptr};
-    execv(other.c_str(), arguments.data());
+    const std::string other = *self + "-" + format;
+    execv(other.c_str(), arguments);
     giveUp();
 }
 
 }  // namespace
 
-int main() {
+int main(int, char** arguments) {
     switch (format()) {
-        case Format::png: run(readPNG);
-        case Format::jpeg: run(readJPEG);
-        case Format::bmp: run(readBMP);
-        case Format::ico: run(readICO);
-        case Format::gif: run(readGIF);
-        case Format::webp: run(readWebP);
-        case Format::jpeg2000: run(readJPEG2000);
-        case Format::tiff: execDecoder("tiff");
-        case Format::heif: execDecoder("heif");
+        case Format::png: run(readPNG, arguments);
+        case Format::jpeg: run(readJPEG, arguments);
+        case Format::bmp: run(readBMP, arguments);
+        case Format::ico: run(readICO, arguments);
+        case Format::gif: run(readGIF, arguments);
+        case Format::webp: run(readWebP, arguments);
+        case Format::jpeg2000: run(readJPEG2000, arguments);
+        case Format::tiff: execDecoder("tiff", arguments);
+        case Format::heif: execDecoder("heif", arguments);
     }
 }

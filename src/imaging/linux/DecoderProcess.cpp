@@ -9,6 +9,7 @@
 #include <system_error>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 #include "imaging/DecodedPixels.h"
 #include "platform/Descriptors.h"
@@ -39,20 +40,21 @@ std::string decoderPath() {
 
 /// The decoder gets the picture as its descriptor 3, the pipe and nothing else: never a stream of the
 /// session.
-platform::Spawn decoder(const Descriptor& picture, const Descriptor& pipe) {
+platform::Spawn decoder(const Descriptor& picture, const Descriptor& pipe, DecoderProcess::Kind kind) {
     constexpr int nullDevice = platform::Spawn::nullDevice;
     return {.executable = decoderPath(),
-            .arguments = {},
+            .arguments = kind == DecoderProcess::Kind::alone ? std::vector<std::string>{"alone"}
+                                                             : std::vector<std::string>{},
             .environment = {},
             .descriptors = {nullDevice, pipe.get(), nullDevice, picture.get()}};
 }
 
 }  // namespace
 
-std::optional<DecoderProcess> DecoderProcess::start(const Descriptor& file) {
+std::optional<DecoderProcess> DecoderProcess::start(const Descriptor& file, Kind kind) {
     try {
         platform::Pipe pipe;
-        auto process = decoder(file, pipe.writing).start();
+        auto process = decoder(file, pipe.writing, kind).start();
         return DecoderProcess(std::move(process), std::move(pipe.reading));
     } catch (const std::system_error&) {
         return std::nullopt;  // without a decoder the picture counts as undecodable

@@ -14,8 +14,11 @@ namespace quorvantis {
 /// have bugs. The destructor kills and reaps it.
 class DecoderProcess {
   public:
+    /// A decoder that runs `alone` may take four times as much memory, and more time.
+    enum class Kind { oneOfFour, alone };
+
     /// Starts a decoder for the picture in the open file; empty if it cannot be started.
-    static std::optional<DecoderProcess> start(const platform::Descriptor& file);
+    static std::optional<DecoderProcess> start(const platform::Descriptor& file, Kind kind);
 
     DecoderProcess(DecoderProcess&&) noexcept = default;
     DecoderProcess& operator=(DecoderProcess&&) = delete;

@@ -18,9 +18,20 @@ using Clock = std::chrono::steady_clock;
 
 namespace {
 
+using Kind = DecoderProcess::Kind;
+
+// Each keeps its file open.
+constexpr std::size_t maximumLeftOver = 64;
+
+struct Picture {
+    const platform::Descriptor* file;
+    DecodingBatch::Done done;
+};
+
 struct Decoder {
     DecoderProcess process;
-    DecodingBatch::Done done;
+    Kind kind;
+    Picture picture;
 };
 
 std::size_t maximumDecoders() {
@@ -32,9 +43,14 @@ std::size_t maximumDecoders() {
 struct DecodingBatch::Work {
     Clock::time_point deadline;
     std::vector<Decoder> running = {};
+    std::vector<Picture> leftOver = {};  // by decoders that were one of four
 
-    /// Blocks until a decoder ends or the deadline passes, then reports the results of all that are over.
+    bool isOver() const { return Clock::now() >= deadline; }
+    void start(Picture picture, Kind kind);
+    /// Blocks until a decoder ends or the deadline passes, then takes the results of all that are over.
     void collect();
+    void take(Decoder decoder);
+    void finish();
 };
 
 DecodingBatch::DecodingBatch(std::chrono::milliseconds timeout)
@@ -44,13 +60,26 @@ DecodingBatch::~DecodingBatch() = default;
 
 void DecodingBatch::start(const platform::Descriptor& file, Done done) {
     while (work_->running.size() >= maximumDecoders()) work_->collect();
-    auto process = Clock::now() < work_->deadline ? DecoderProcess::start(file) : std::nullopt;
-    if (!process) return done(std::nullopt);
-    work_->running.push_back({std::move(*process), std::move(done)});
+    if (work_->leftOver.size() >= maximumLeftOver) work_->finish();
+    work_->start({&file, std::move(done)}, Kind::oneOfFour);
 }
 
 void DecodingBatch::finish() {
-    while (!work_->running.empty()) work_->collect();
+    work_->finish();
+}
+
+void DecodingBatch::Work::start(Picture picture, Kind kind) {
+    auto process = isOver() ? std::nullopt : DecoderProcess::start(*picture.file, kind);
+    if (!process) return picture.done(std::nullopt);
+    running.push_back({std::move(*process), kind, std::move(picture)});
+}
+
+void DecodingBatch::Work::finish() {
+    while (!running.empty()) collect();
+    for (Picture& picture : std::exchange(leftOver, {})) {
+        start(std::move(picture), Kind::alone);
+        while (!running.empty()) collect();
+    }
 }
 
 void DecodingBatch::Work::collect() {
@@ -59,17 +88,20 @@ void DecodingBatch::Work::collect() {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
     // If poll fails, `revents` stays 0 and only the deadline counts.
     static_cast<void>(poll(outputs.data(), outputs.size(), static_cast<int>(std::max<long>(left, 0))));
-    const bool timedOut = Clock::now() >= deadline;
-    std::vector<Decoder> stillRunning;
-    for (std::size_t i = 0; i < running.size(); ++i) {
-        auto& [process, done] = running[i];
-        if (outputs[i].revents != 0 ? process.readSome() : !timedOut) {
-            stillRunning.push_back(std::move(running[i]));
-        } else {
-            done(process.result());
-        }
+    const bool timedOut = isOver();
+    std::vector<Decoder> seen = std::exchange(running, {});
+    for (std::size_t i = 0; i < seen.size(); ++i) {
+        const bool goesOn = outputs[i].revents != 0 ? seen[i].process.readSome() : !timedOut;
+        goesOn ? running.push_back(std::move(seen[i])) : take(std::move(seen[i]));
     }
-    running = std::move(stillRunning);
+}
+
+void DecodingBatch::Work::take(Decoder decoder) {
+    const auto pixels = decoder.process.result();
+    if (!pixels && decoder.kind == Kind::oneOfFour && !isOver())
+        leftOver.push_back(std::move(decoder.picture));
+    else
+        decoder.picture.done(pixels);
 }
 
 }  // namespace quorvantis
