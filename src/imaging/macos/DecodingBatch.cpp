@@ -22,34 +22,36 @@ namespace {
 
 using Pixels = std::vector<UInt8>;
 
-// In bytes; more than the pixel budget with four samples of 32 bits each.
-constexpr off_t maximumFileSize = 1 << 30;
-static_assert(maximumFileSize > pixelBudget * 16);
-
 struct Size {
     std::int64_t width;
     std::int64_t height;
 };
 
-/// Reads the whole file; null if it exceeds the maximum size. It is not mapped, because a mapped file that
-/// shrinks would crash the process.
-Owned<CFMutableDataRef> contentOf(const platform::Descriptor& file) {
-    struct stat status = {};
-    if (fstat(file.get(), &status) != 0 || status.st_size > maximumFileSize) return nullptr;
-    Owned<CFMutableDataRef> content(CFDataCreateMutable(kCFAllocatorDefault, 0));
-    if (!content) return nullptr;
-    CFDataSetLength(content.get(), status.st_size);
-    UInt8* const bytes = CFDataGetMutableBytePtr(content.get());
-    off_t size = 0;
-    while (size < status.st_size) {
-        const ssize_t count =
-            pread(file.get(), bytes + size, static_cast<std::size_t>(status.st_size - size), size);
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) break;
-        size += count;
+std::size_t readAt(void* descriptor, void* buffer, off_t position, std::size_t count) {
+    const int file = static_cast<const platform::Descriptor*>(descriptor)->get();
+    std::size_t done = 0;
+    while (done < count) {
+        const ssize_t more = pread(file, static_cast<UInt8*>(buffer) + done, count - done,
+                                   position + static_cast<off_t>(done));
+        if (more < 0 && errno == EINTR) continue;
+        if (more <= 0) break;
+        done += static_cast<std::size_t>(more);
     }
-    CFDataSetLength(content.get(), size);
-    return content;
+    return done;
+}
+
+/// Gives Image I/O what it asks for of the file, which may be of any size. The file is not mapped, because a
+/// mapped file that shrinks would crash the process. It must stay open.
+Owned<CGDataProviderRef> contentOf(const platform::Descriptor& file) {
+    static constexpr CGDataProviderDirectCallbacks callbacks = {.version = 0,
+                                                                .getBytePointer = nullptr,
+                                                                .releaseBytePointer = nullptr,
+                                                                .getBytesAtPosition = readAt,
+                                                                .releaseInfo = nullptr};
+    struct stat status = {};
+    if (fstat(file.get(), &status) != 0) return nullptr;
+    void* const info = const_cast<platform::Descriptor*>(&file);
+    return Owned<CGDataProviderRef>(CGDataProviderCreateDirect(info, status.st_size, &callbacks));
 }
 
 std::optional<std::int64_t> integer(CFDictionaryRef properties, CFStringRef key) {
@@ -120,7 +122,7 @@ std::optional<DecodedPixels> decoded(const platform::Descriptor& file) {
     const platform::AutoreleasePool pool;
     const auto content = contentOf(file);
     if (!content) return std::nullopt;
-    const Owned<CGImageSourceRef> source(CGImageSourceCreateWithData(content.get(), nullptr));
+    const Owned<CGImageSourceRef> source(CGImageSourceCreateWithDataProvider(content.get(), nullptr));
     if (!source) return std::nullopt;
     const auto declared = declaredSize(source.get());
     if (!declared) return std::nullopt;

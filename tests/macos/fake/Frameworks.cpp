@@ -191,19 +191,6 @@ void CFStringNormalize(CFMutableStringRef string, CFStringNormalizationForm form
     std::free(decomposed);
 }
 
-CFMutableDataRef CFDataCreateMutable(CFAllocatorRef, CFIndex longest) {
-    require(longest == 0, "data that may grow");
-    return created<CFMutableDataRef>(Bytes());
-}
-
-void CFDataSetLength(CFMutableDataRef data, CFIndex count) {
-    object<Bytes>(data).resize(static_cast<std::size_t>(count));
-}
-
-UInt8* CFDataGetMutableBytePtr(CFMutableDataRef data) {
-    return object<Bytes>(data).data();
-}
-
 CFDictionaryRef CFDictionaryCreate(CFAllocatorRef, const void** keys, const void** values, CFIndex count,
                                    const CFDictionaryKeyCallBacks* ofKeys,
                                    const CFDictionaryValueCallBacks* ofValues) {
@@ -264,7 +251,18 @@ const CFStringRef kCGImageSourceCreateThumbnailFromImageAlways = constant("FromI
 const CFStringRef kCGImageSourceCreateThumbnailWithTransform = constant("WithTransform");
 const CFStringRef kCGImageSourceThumbnailMaxPixelSize = constant("MaxPixelSize");
 
-CGImageSourceRef CGImageSourceCreateWithData(CFDataRef data, CFDictionaryRef options) {
+CGDataProviderRef CGDataProviderCreateDirect(void* info, off_t size,
+                                             const CGDataProviderDirectCallbacks* callbacks) {
+    require(callbacks->version == 0 && !callbacks->getBytePointer, "a provider that reads");
+    Bytes bytes(static_cast<std::size_t>(size), 0);
+    const auto half = bytes.size() / 2;
+    const auto read = callbacks->getBytesAtPosition;
+    read(info, &bytes[half], static_cast<off_t>(half), bytes.size() - half);
+    read(info, &bytes[0], 0, half);
+    return created<CGDataProviderRef>(std::move(bytes));
+}
+
+CGImageSourceRef CGImageSourceCreateWithDataProvider(CGDataProviderRef data, CFDictionaryRef options) {
     requirePool();
     require(!options, "sources without options");
     const auto& bytes = object<Bytes>(data);

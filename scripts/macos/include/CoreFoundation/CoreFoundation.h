@@ -16,8 +16,6 @@ using CFTimeInterval = double;
 typedef const void* CFTypeRef;
 typedef const struct __CFAllocator* CFAllocatorRef;
 typedef const struct __CFBoolean* CFBooleanRef;
-typedef const struct __CFData* CFDataRef;
-typedef struct __CFData* CFMutableDataRef;
 typedef const struct __CFDictionary* CFDictionaryRef;
 typedef const struct __CFNumber* CFNumberRef;
 typedef const struct __CFString* CFStringRef;
@@ -46,10 +44,6 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex 
                                     Boolean mayHaveByteOrderMark);
 CFMutableStringRef CFStringCreateMutableCopy(CFAllocatorRef, CFIndex longest, CFStringRef);
 void CFStringNormalize(CFMutableStringRef, CFStringNormalizationForm);
-
-CFMutableDataRef CFDataCreateMutable(CFAllocatorRef, CFIndex longest);
-void CFDataSetLength(CFMutableDataRef, CFIndex count);
-UInt8* CFDataGetMutableBytePtr(CFMutableDataRef);
 
 struct CFDictionaryKeyCallBacks;
 struct CFDictionaryValueCallBacks;

@@ -3,6 +3,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <cstddef>
+#include <sys/types.h>
 
 extern "C" {
 
@@ -28,6 +29,16 @@ inline CGRect CGRectMake(CGFloat x, CGFloat y, CGFloat width, CGFloat height) {
 enum CGImageAlphaInfo : std::uint32_t { kCGImageAlphaPremultipliedLast = 1 };
 enum CGBitmapInfo : std::uint32_t { kCGBitmapByteOrder32Big = 0x4000 };
 enum CGInterpolationQuality : std::int32_t { kCGInterpolationDefault = 0, kCGInterpolationNone = 1 };
+
+typedef struct CGDataProvider* CGDataProviderRef;
+struct CGDataProviderDirectCallbacks {
+    unsigned version;
+    const void* (*getBytePointer)(void* info);
+    void (*releaseBytePointer)(void* info, const void* pointer);
+    std::size_t (*getBytesAtPosition)(void* info, void* buffer, off_t position, std::size_t count);
+    void (*releaseInfo)(void* info);
+};
+CGDataProviderRef CGDataProviderCreateDirect(void* info, off_t size, const CGDataProviderDirectCallbacks*);
 
 extern const CFStringRef kCGColorSpaceSRGB;
 CGColorSpaceRef CGColorSpaceCreateWithName(CFStringRef name);

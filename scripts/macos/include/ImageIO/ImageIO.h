@@ -13,7 +13,7 @@ extern const CFStringRef kCGImageSourceCreateThumbnailFromImageAlways;
 extern const CFStringRef kCGImageSourceCreateThumbnailWithTransform;
 extern const CFStringRef kCGImageSourceThumbnailMaxPixelSize;
 
-CGImageSourceRef CGImageSourceCreateWithData(CFDataRef, CFDictionaryRef options);
+CGImageSourceRef CGImageSourceCreateWithDataProvider(CGDataProviderRef, CFDictionaryRef options);
 CFDictionaryRef CGImageSourceCopyPropertiesAtIndex(CGImageSourceRef, std::size_t index,
                                                    CFDictionaryRef options);
 CGImageRef CGImageSourceCreateThumbnailAtIndex(CGImageSourceRef, std::size_t index, CFDictionaryRef options);
