@@ -11,6 +11,7 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <system_error>
+#include <time.h>
 #include <unistd.h>
 
 #include "platform/Descriptors.h"
@@ -39,12 +40,18 @@ void writeWhole(const Descriptor& file, std::string_view content) {
     }
 }
 
+constexpr std::string_view temporaryEnding = "XXXXXX";  // mkostemp(3) makes letters and digits of it
+
+std::string temporaryPath(const std::string& target) {
+    return joinedPath(parentPath(target), "." + lastPathComponent(target) + ".") +
+           std::string(temporaryEnding);
+}
+
 /// A new file in the folder of the file that it will replace. The destructor removes it unless it was moved.
 class TemporaryFile {
   public:
     explicit TemporaryFile(const std::string& target)
-        : path_(joinedPath(parentPath(target), "." + lastPathComponent(target) + ".XXXXXX")),
-          file_(mkostemp(path_.data(), O_CLOEXEC)) {
+        : path_(temporaryPath(target)), file_(mkostemp(path_.data(), O_CLOEXEC)) {
         if (!file_) throw FileError::system(errno);
     }
     TemporaryFile(const TemporaryFile&) = delete;
@@ -72,6 +79,22 @@ Descriptor opened(const std::string& path) {
     Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (!file) throw FileError::reading(path, errno);
     return file;
+}
+
+/// Removes the temporary files of writers of `target` that were killed: those that nobody has written to for
+/// a minute.
+void removeLeftOver(const std::string& target) {
+    const std::string pattern = lastPathComponent(temporaryPath(target));
+    const auto start = std::string_view(pattern).substr(0, pattern.size() - temporaryEnding.size());
+    std::error_code error;
+    for (std::filesystem::directory_iterator files(parentPath(target), error), end; !error && files != end;
+         files.increment(error)) {
+        const std::string name = files->path().filename();
+        if (name.size() != pattern.size() || !name.starts_with(start)) continue;
+        struct stat status;
+        if (lstat(files->path().c_str(), &status) == 0 && time(nullptr) - status.st_mtime > 60)
+            unlink(files->path().c_str());
+    }
 }
 
 }  // namespace
@@ -152,6 +175,7 @@ void replaceFile(const std::string& path, std::string_view content) {
     TemporaryFile temporary(path);
     writeWhole(temporary.file(), content);
     temporary.moveTo(path);
+    removeLeftOver(path);
 }
 
 void makeFolders(const std::string& path) {

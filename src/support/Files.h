@@ -65,7 +65,9 @@ std::string readFile(const std::string& path);
 std::string readAny(const std::string& path, std::size_t maximumSize);
 
 /// Replaces the file atomically: readers see either the old file or the complete new one. A symbolic link at
-/// the path is replaced, not followed. The new file has mode 0600.
+/// the path is replaced, not followed. The new file has mode 0600. It is not forced to the disk, which would
+/// take longer than all else at the start of a session: after a power failure the file may be the old one, or
+/// empty. What an earlier writer left beside it when it was killed is removed.
 void replaceFile(const std::string& path, std::string_view content);
 
 /// Creates the folder and its missing parents.

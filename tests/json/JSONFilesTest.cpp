@@ -26,6 +26,21 @@ TEST(JSONFilesTest, ReplacesTheFileAndItsMode) {
     EXPECT_EQ(harness::itemsIn(folder / "a/b"), 1);
 }
 
+TEST(JSONFilesTest, RemovesWhatKilledWritersLeft) {
+    const harness::TemporaryFolder folder;
+    const std::vector<std::string> names = {".record.json.q1Z9aB", ".record.json.young0",
+                                            ".other.json.q1Z9aB", ".record.json.q1Z9aBC",
+                                            "record.json.q1Z9aB"};
+    for (const auto& name : names) {
+        harness::writeText(folder / name, "");
+        const auto age = std::chrono::seconds(name.ends_with("young0") ? 30 : 90);
+        std::filesystem::last_write_time(folder / name, std::filesystem::file_time_type::clock::now() - age);
+    }
+    HelperIO::writeJSON(Texts{}, folder / "record.json");
+    for (const auto& name : names)
+        EXPECT_EQ(std::filesystem::exists(folder / name), name != names.front()) << name;
+}
+
 TEST(JSONFilesTest, LeavesNothingBehindWhenItFails) {
     const harness::TemporaryFolder folder;
     harness::writeText(folder / "taken/file", "old");
