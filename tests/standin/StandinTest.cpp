@@ -6,10 +6,12 @@
 #include <vector>
 
 #include "broker/BrokerClient.h"
+#include "broker/BrokerTransport.h"
 #include "harness/ChildProcess.h"
 #include "harness/TemporaryFolder.h"
 #include "integration/AgentManifest.h"
 #include "json/JSONFiles.h"
+#include "platform/Descriptors.h"
 #include "support/HelperFailure.h"
 #include "support/HelperIO.h"
 
@@ -69,7 +71,13 @@ class StandinTest : public testing::Test {
 
 TEST_F(StandinTest, RefusesOtherCallers) {
     serve();
-    EXPECT_EQ(call("status")["running"].boolean(), true);
+    const auto address = BrokerTransport::address(folder / "Runtime/quorvantis.sock");
+    std::vector<platform::Descriptor> silent(60);
+    for (auto& client : silent) {
+        client = platform::openLocalSocket();
+        ASSERT_EQ(connect(client.get(), address->get(), address->length), 0);
+    }
+    EXPECT_EQ(call("status")["running"].boolean(), true) << "and is not kept waiting by silent ones";
     for (const char* key : {"agent", "clientID", "credential"})
         for (const char* value : {"\"cursor\"", "\"\"", "null"})
             EXPECT_THROW(call("status", {{key, {value}}}), HelperFailure) << key << " " << value;

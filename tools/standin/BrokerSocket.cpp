@@ -1,6 +1,7 @@
 #include "BrokerSocket.h"
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <errno.h>
 #include <fcntl.h>
@@ -8,10 +9,12 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 #include "broker/BrokerClient.h"
 #include "broker/BrokerTransport.h"
@@ -23,10 +26,13 @@ namespace quorvantis::standin {
 namespace {
 
 using platform::Descriptor;
+using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t maximumRequestSize = 1'048'576;  // bytes
 constexpr int backlog = 64;
-constexpr timeval timeout = {.tv_sec = 2, .tv_usec = 0};
+constexpr std::size_t maximumClients = 256;
+constexpr std::chrono::seconds patience(2);
+constexpr timeval timeout = {.tv_sec = patience.count(), .tv_usec = 0};
 
 void removeStaleSocket(const std::string& path) {
     struct stat status;
@@ -52,26 +58,22 @@ Descriptor listenAt(const std::string& path) {
     return listener;
 }
 
-Descriptor acceptClient(const Descriptor& listener) {
+Descriptor acceptedBy(const Descriptor& listener) {
     Descriptor client(accept(listener.get(), nullptr, nullptr));
     if (!client) return client;
     fcntl(client.get(), F_SETFD, FD_CLOEXEC);
-    fcntl(client.get(), F_SETFL, 0);
-    setsockopt(client.get(), SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
     setsockopt(client.get(), SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
     platform::disableBrokenPipeSignal(client);
     return client;
 }
 
-std::string readRequest(const Descriptor& client) {
-    std::string request;
-    std::array<char, 4096> buffer;
-    while (!request.ends_with('\n') && request.size() <= maximumRequestSize) {
-        const ssize_t count = read(client.get(), buffer.data(), buffer.size());
-        if (count <= 0) return {};
-        request.append(buffer.data(), static_cast<std::size_t>(count));
-    }
-    return request.size() <= maximumRequestSize ? request : std::string();
+/// Reads what has arrived. Returns false when no more can come.
+bool readSome(const Descriptor& client, std::string& request) {
+    std::array<char, 65536> buffer;
+    const ssize_t count = recv(client.get(), buffer.data(), buffer.size(), MSG_DONTWAIT);
+    if (count < 0) return errno == EAGAIN || errno == EINTR;
+    request.append(buffer.data(), static_cast<std::size_t>(count));
+    return count > 0 && request.size() <= maximumRequestSize;
 }
 
 void send(const Descriptor& client, std::string_view reply) {
@@ -93,11 +95,28 @@ BrokerSocket::~BrokerSocket() {
     unlink(path_.c_str());
 }
 
-void BrokerSocket::serveOne(const std::function<std::string(std::string_view)>& handle) const {
-    const Descriptor client = acceptClient(listener_);
-    if (!client) return;
-    const std::string request = readRequest(client);
-    if (!request.empty()) send(client, handle(request));
+void BrokerSocket::addTo(std::vector<pollfd>& waiting) const {
+    if (clients_.size() < maximumClients) waiting.push_back({listener_.get(), POLLIN, 0});
+    for (const Client& client : clients_) waiting.push_back({client.connection.get(), POLLIN, 0});
+}
+
+void BrokerSocket::acceptClients() {
+    while (clients_.size() < maximumClients) {
+        Descriptor connection = acceptedBy(listener_);
+        if (!connection) return;
+        clients_.push_back({std::move(connection), Clock::now() + patience});
+    }
+}
+
+void BrokerSocket::serve(const std::function<std::string(std::string_view)>& handle) {
+    acceptClients();
+    std::erase_if(clients_, [&](Client& client) {
+        const bool goesOn = readSome(client.connection, client.request) && Clock::now() < client.deadline;
+        if (!client.request.ends_with('\n') || client.request.size() > maximumRequestSize) return !goesOn;
+        fcntl(client.connection.get(), F_SETFL, 0);
+        send(client.connection, handle(client.request));
+        return true;
+    });
 }
 
 }  // namespace quorvantis::standin

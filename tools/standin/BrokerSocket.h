@@ -1,8 +1,11 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
+#include <poll.h>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Descriptors.h"
 
@@ -18,16 +21,25 @@ class BrokerSocket {
     BrokerSocket& operator=(const BrokerSocket&) = delete;
     ~BrokerSocket();
 
-    /// Becomes ready for reading when a client connects.
-    int descriptor() const { return listener_.get(); }
+    /// Adds what becomes ready for reading when a client connects or sends something.
+    void addTo(std::vector<pollfd>& waiting) const;
 
-    /// Accepts a connection, if there is one, reads its request line and sends what `handle` returns for it.
-    /// A client that is silent for 2 seconds or sends more than 1 MiB gets no reply.
-    void serveOne(const std::function<std::string(std::string_view request)>& handle) const;
+    /// Accepts connections and reads what has arrived. Sends what `handle` returns for each whole request
+    /// line. A client that sends no whole line within 2 seconds, or more than 1 MiB, gets no reply.
+    void serve(const std::function<std::string(std::string_view request)>& handle);
 
   private:
+    struct Client {
+        platform::Descriptor connection;
+        std::chrono::steady_clock::time_point deadline;
+        std::string request = {};
+    };
+
+    void acceptClients();
+
     std::string path_;
     platform::Descriptor listener_;
+    std::vector<Client> clients_;
 };
 
 }  // namespace quorvantis::standin

@@ -1,10 +1,10 @@
-#include <array>
 #include <csignal>
 #include <cstdio>
 #include <exception>
 #include <poll.h>
 #include <stdlib.h>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Broker.h"
@@ -69,17 +69,19 @@ Operations operationsFor(const HistoryFile& history, const ImageLibrary& images,
     return operations;
 }
 
-void serve(const BrokerSocket& socket, const Broker& broker, ClientWatch& clients, int stop) {
+void serve(BrokerSocket& socket, const Broker& broker, ClientWatch& clients, int stop) {
     SessionSignals signals;
+    const auto handle = [&](std::string_view request) {
+        clients.update();
+        return broker.handle(request);
+    };
     for (;;) {
-        std::array<pollfd, 3> waiting = {{{.fd = stop, .events = POLLIN, .revents = 0},
-                                          {.fd = socket.descriptor(), .events = POLLIN, .revents = 0},
-                                          {.fd = signals.descriptor(), .events = POLLIN, .revents = 0}}};
+        std::vector<pollfd> waiting = {{stop, POLLIN, 0}, {signals.descriptor(), POLLIN, 0}};
+        socket.addTo(waiting);
         const int ready = poll(waiting.data(), waiting.size(), pollInterval);
         if (waiting[0].revents != 0) return;
-        const bool hasRequest = waiting[1].revents != 0;
-        if (signals.take() || hasRequest || ready == 0) clients.update();
-        if (hasRequest) socket.serveOne([&](auto request) { return broker.handle(request); });
+        if (signals.take() || ready == 0) clients.update();
+        socket.serve(handle);
     }
 }
 
@@ -93,7 +95,7 @@ void run(const Options& options) {
     const int stop = stopSignalDescriptor();
     const auto agents = registerAll(options.agents);
     makeFolders(parentPath(HelperPaths().socket));
-    const BrokerSocket socket(HelperPaths().socket);
+    BrokerSocket socket(HelperPaths().socket);
     printIntroduction(history, images, agents);
     ClientWatch clients(options.agents);
     serve(socket, Broker(agents, operationsFor(history, images, prompt, options)), clients, stop);
