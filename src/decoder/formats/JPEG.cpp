@@ -93,17 +93,17 @@ class Decoder {
         jpeg_.progress = &scans_;
         jpeg_save_markers(&jpeg_, JPEG_APP0 + 1, 65535);  // EXIF
         jpeg_save_markers(&jpeg_, JPEG_APP0 + 2, 65535);  // ICC profile
-        jpeg_read_header(&jpeg_, TRUE);
-        inverted_ = jpeg_.saw_Adobe_marker;
-        jpeg_.dct_method = JDCT_ISLOW;
-        if (jpeg_.num_components == 3) jpeg_.out_color_space = JCS_EXT_RGBA;
-        if (jpeg_.num_components == 4) jpeg_.out_color_space = JCS_CMYK;
     }
     Decoder(const Decoder&) = delete;
     Decoder& operator=(const Decoder&) = delete;
     ~Decoder() { jpeg_destroy_decompress(&jpeg_); }
 
     PictureHeader header() {
+        jpeg_read_header(&jpeg_, TRUE);
+        inverted_ = jpeg_.saw_Adobe_marker;
+        jpeg_.dct_method = JDCT_ISLOW;
+        if (jpeg_.num_components == 3) jpeg_.out_color_space = JCS_EXT_RGBA;
+        if (jpeg_.num_components == 4) jpeg_.out_color_space = JCS_CMYK;
         return {.size = {jpeg_.image_width, jpeg_.image_height},
                 .declared = {},
                 .layout = layout(),

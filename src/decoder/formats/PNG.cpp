@@ -36,13 +36,13 @@ class Decoder {
                                     reinterpret_cast<png_const_bytep>(unused.data()),
                                     static_cast<int>(unused.size() / 5));
         png_set_read_fn(png_, &reader, read);
-        png_read_info(png_, info_);
     }
     Decoder(const Decoder&) = delete;
     Decoder& operator=(const Decoder&) = delete;
     ~Decoder() { png_destroy_read_struct(&png_, &info_, nullptr); }
 
     PictureHeader header() {
+        png_read_info(png_, info_);
         PictureHeader header;
         header.size = {png_get_image_width(png_, info_), png_get_image_height(png_, info_)};
         header.colours = colours();

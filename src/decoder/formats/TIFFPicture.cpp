@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <span>
 
 #include "decoder/picture/GiveUp.h"
@@ -45,9 +46,11 @@ struct Stream {
 TIFF* openFirst(const PictureFile& file) {
     TIFFSetErrorHandler(nullptr);
     TIFFSetWarningHandler(nullptr);
-    TIFF* tiff = TIFFClientOpen("", "rm", new Stream{file}, Stream::read, Stream::write, Stream::seek,
+    std::unique_ptr<Stream> stream(new Stream{file});
+    TIFF* tiff = TIFFClientOpen("", "rm", stream.get(), Stream::read, Stream::write, Stream::seek,
                                 Stream::close, Stream::size, nullptr, nullptr);
     if (!tiff) giveUp();
+    static_cast<void>(stream.release());  // to Stream::close
     return tiff;
 }
 

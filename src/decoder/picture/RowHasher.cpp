@@ -27,6 +27,10 @@ RowHasher::RowHasher(std::int64_t width, std::int64_t height) : hasher_(width, h
     }
 }
 
+RowHasher::~RowHasher() {
+    if (thread_.joinable()) endThread();
+}
+
 void RowHasher::update(std::span<const std::byte> pixels) {
     if (!thread_.joinable()) return hasher_.update(pixels);
     while (!pixels.empty()) {
@@ -40,14 +44,18 @@ void RowHasher::update(std::span<const std::byte> pixels) {
 std::optional<std::string> RowHasher::finish() {
     if (thread_.joinable()) {
         submitBlock();
-        {
-            const std::lock_guard lock(mutex_);
-            finished_ = true;
-        }
-        changed_.notify_all();
-        thread_.join();
+        endThread();
     }
     return hasher_.finish();
+}
+
+void RowHasher::endThread() {
+    {
+        const std::lock_guard lock(mutex_);
+        finished_ = true;
+    }
+    changed_.notify_all();
+    thread_.join();
 }
 
 /// Passes the current block to the thread, and waits until the next block is free.

@@ -21,6 +21,7 @@ class RowHasher {
   public:
     /// The upright picture's size, within the pixel budget.
     RowHasher(std::int64_t width, std::int64_t height);
+    ~RowHasher();
 
     /// Hashes the next pixels. They are copied.
     void update(std::span<const std::byte> pixels);
@@ -33,6 +34,7 @@ class RowHasher {
 
     Block& filling() { return blocks_[filled_ % blocks_.size()]; }
     void submitBlock();
+    void endThread();
     void hashBlocks();
 
     PixelHasher hasher_;
