@@ -15,6 +15,9 @@ namespace quorvantis::decoder {
 
 namespace {
 
+// Of `chunk_` and `rows_`, in bytes: four inks and alpha, of 16 bits.
+constexpr std::uint64_t maximumRowsSize = pixelBudget * 10;
+
 /// The input callbacks of libtiff.
 struct Stream {
     const PictureFile& file;
@@ -73,6 +76,9 @@ TIFFPicture::TIFFPicture(const PictureFile& file) : tiff_(openFirst(file), &TIFF
     if (!isWithinPixelBudget(chunkWidth_, chunkHeight_)) giveUp();
     const std::size_t samplesTogether = samples_ / planes_;
     chunkRowSize_ = (std::size_t{chunkWidth_} * samplesTogether * bits_ + 7) / 8;
+    const std::uint64_t rows = std::min(chunkHeight_, height_);
+    if (chunkRowSize_ * chunkHeight_ > maximumRowsSize || rows * width_ * samples_ > maximumRowsSize)
+        giveUp();
 }
 
 std::uint16_t TIFFPicture::field(std::uint32_t tag) const {
