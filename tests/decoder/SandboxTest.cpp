@@ -53,7 +53,7 @@ TEST(SandboxTest, KillsWhoReachesOut) {
                  {"limits", [] { syscall(SYS_prlimit64, 0, 0, nullptr, nullptr); }},
                  {"outlive the parent", [] { syscall(SYS_prctl, PR_SET_PDEATHSIG, 0, 0, 0, 0); }}};
     for (const auto& [what, act] : cases) {
-        const auto reachOut = [&act = act] { enter(), act(), _exit(0); };
+        const auto reachOut = [&reach = act] { enter(), reach(), _exit(0); };
         EXPECT_EXIT(reachOut(), testing::KilledBySignal(SIGSYS), "") << what;
     }
 }

@@ -10,6 +10,7 @@
 #include "decoder/picture/PictureFile.h"
 #include "decoder/picture/UprightPicture.h"
 #include "imaging/DecodedPixels.h"
+#include "imaging/PixelHasher.h"
 
 namespace quorvantis::decoder {
 
@@ -22,12 +23,14 @@ void require(const heif_error& error) {
     if (error.code != heif_error_Ok) giveUp();
 }
 
-/// The first top-level image: one that is not a part or thumbnail of another.
-Owned<heif_image_handle> firstPicture(heif_context* context) {
+/// The file's primary image or, if it names none, its first: one that is not a part or thumbnail of another.
+Owned<heif_image_handle> primaryImage(heif_context* context) {
     heif_item_id item = 0;
-    if (heif_context_get_list_of_top_level_image_IDs(context, &item, 1) < 1) giveUp();
     heif_image_handle* handle = nullptr;
-    require(heif_context_get_image_handle(context, item, &handle));
+    if (heif_context_get_primary_image_handle(context, &handle).code != heif_error_Ok) {
+        if (heif_context_get_list_of_top_level_image_IDs(context, &item, 1) < 1) giveUp();
+        require(heif_context_get_image_handle(context, item, &handle));
+    }
     return {handle, [](heif_image_handle* h) { heif_image_handle_release(h); }};
 }
 
@@ -37,11 +40,17 @@ std::vector<std::uint8_t> profile(const heif_image_handle* handle) {
     return profile;
 }
 
-PictureHeader pictureHeader(const heif_image_handle* handle) {
+Size declaredSize(const heif_image_handle* handle) {
+    return {heif_image_handle_get_ispe_width(handle), heif_image_handle_get_ispe_height(handle)};
+}
+
+/// The size is that of the decoded image, because libheif before 1.16 tells another when a rotation or
+/// cropping stands before the declared size.
+PictureHeader pictureHeader(const heif_image_handle* handle, const heif_image* image) {
     PictureHeader header;
-    header.size = {heif_image_handle_get_width(handle), heif_image_handle_get_height(handle)};
-    header.declared =
-        Size{heif_image_handle_get_ispe_width(handle), heif_image_handle_get_ispe_height(handle)};
+    header.size = {heif_image_get_width(image, heif_channel_interleaved),
+                   heif_image_get_height(image, heif_channel_interleaved)};
+    header.declared = declaredSize(handle);
     header.premultiplied = heif_image_handle_is_premultiplied_alpha(handle) != 0;
     header.colours.profile = profile(handle);
     return header;
@@ -60,9 +69,6 @@ Owned<heif_image> decoded(const heif_image_handle* handle) {
 }
 
 void addRows(const heif_image* image, UprightPicture& picture, const Size& size) {
-    if (heif_image_get_width(image, heif_channel_interleaved) != size.width ||
-        heif_image_get_height(image, heif_channel_interleaved) != size.height)
-        giveUp();
     int stride = 0;
     const auto* pixels = heif_image_get_plane_readonly(image, heif_channel_interleaved, &stride);
     const unsigned most = (1U << heif_image_get_bits_per_pixel_range(image, heif_channel_interleaved)) - 1;
@@ -87,10 +93,13 @@ DecodedPixels readHEIF(const PictureFile& file) {
     heif_context_set_max_decoding_threads(context.get(), 0);
     require(heif_context_read_from_memory_without_copy(context.get(), content.bytes().data(),
                                                        content.bytes().size(), nullptr));
-    const auto handle = firstPicture(context.get());
-    const auto header = pictureHeader(handle.get());
+    const auto handle = primaryImage(context.get());
+    const auto declared = declaredSize(handle.get());
+    if (!isWithinPixelBudget(declared.width, declared.height)) giveUp();
+    const auto image = decoded(handle.get());
+    const auto header = pictureHeader(handle.get(), image.get());
     UprightPicture picture(header);
-    addRows(decoded(handle.get()).get(), picture, header.size);
+    addRows(image.get(), picture, header.size);
     return picture.finish();
 }
 

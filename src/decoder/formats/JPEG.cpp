@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <cstdio>  // jpeglib.h needs it
 #include <cstdlib>
+#include <iterator>
 #include <jerror.h>
 #include <jpeglib.h>
 #include <memory>
@@ -123,10 +124,21 @@ class Decoder {
                 for (auto& ink : row) ink = static_cast<std::uint8_t>(255 - ink);
             picture.addRow(row);
         }
+        for (int i = 0; i < jpeg_.num_components; ++i)
+            if (!isComplete(i)) giveUp();
         jpeg_finish_decompress(&jpeg_);
     }
 
   private:
+    /// Whether the file had all scans of a component.
+    bool isComplete(int component) const {
+        if (!jpeg_.comp_info[component].quant_table) return false;  // it is set by the first scan
+        if (!jpeg_.coef_bits) return true;                          // not progressive
+        const auto& missingBits = jpeg_.coef_bits[component];       // -1 for all
+        return std::all_of(std::begin(missingBits), std::end(missingBits),
+                           [](int bits) { return bits == 0; });
+    }
+
     Layout layout() const {
         switch (jpeg_.out_color_space) {
             case JCS_GRAYSCALE: return Layout::gray;

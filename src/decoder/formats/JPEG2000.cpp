@@ -63,8 +63,6 @@ class Component {
         return static_cast<std::uint8_t>((value * 255 + maximum / 2) / maximum);
     }
 
-    bool isAlpha() const { return component_.alpha != 0; }
-
   private:
     const opj_image_comp_t& component_;
 };
@@ -147,9 +145,10 @@ class Decoder {
     Layout layout() const {
         const auto count = components_.size();
         if (count >= 4 && image_->color_space == OPJ_CLRSPC_CMYK) return Layout::cmyk;
-        if (count >= 4) return components_[3].isAlpha() ? Layout::rgba : Layout::rgb;
+        // Many writers do not say that the last of four or two is alpha.
+        if (count >= 4) return Layout::rgba;
         if (count == 3) return Layout::rgb;
-        return count == 2 && components_[1].isAlpha() ? Layout::grayAlpha : Layout::gray;
+        return count == 2 ? Layout::grayAlpha : Layout::gray;
     }
 
     InputStream input_;

@@ -1,3 +1,4 @@
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -35,6 +36,9 @@ class Decoder {
         png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER,
                                     reinterpret_cast<png_const_bytep>(unused.data()),
                                     static_cast<int>(unused.size() / 5));
+        png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_ALWAYS, reinterpret_cast<png_const_bytep>("cICP"),
+                                    1);
+        png_set_option(png_, PNG_MAXIMUM_INFLATE_WINDOW, PNG_OPTION_ON);  // of whatever size the header tells
         png_set_read_fn(png_, &reader, read);
     }
     Decoder(const Decoder&) = delete;
@@ -98,7 +102,24 @@ class Decoder {
         }
     }
 
+    /// The colour space of a cICP chunk; empty unless it is sRGB or Display P3.
+    std::optional<ColourSpace> codePoints() const {
+        png_unknown_chunkp chunks = nullptr;
+        const int count = png_get_unknown_chunks(png_, info_, &chunks);
+        if (count < 1 || chunks[0].size != 4) return std::nullopt;
+        // Primaries, transfer function, matrix and range (ITU-T H.273).
+        const std::array<std::uint8_t, 4> points = {chunks[0].data[0], chunks[0].data[1], chunks[0].data[2],
+                                                    chunks[0].data[3]};
+        if (points == std::array<std::uint8_t, 4>{1, 13, 0, 1}) return ColourSpace();
+        if (points != std::array<std::uint8_t, 4>{12, 13, 0, 1}) return std::nullopt;
+        return ColourSpace{.profile = {},
+                           .calibration = {{.exponent = std::nullopt,
+                                            .whiteAndPrimaries = {0.3127, 0.3290, 0.680, 0.320, 0.265, 0.690,
+                                                                  0.150, 0.060}}}};
+    }
+
     ColourSpace colours() const {
+        if (const auto named = codePoints()) return *named;
         png_charp name = nullptr;
         png_bytep profile = nullptr;
         png_uint_32 size = 0;

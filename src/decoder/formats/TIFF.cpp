@@ -54,13 +54,14 @@ Meaning meaningOfSamples(const TIFFPicture& tiff) {
     Meaning meaning = meaningOfColours(tiff);
     std::uint16_t count = 0;
     std::uint16_t* kinds = nullptr;
-    TIFFGetFieldDefaulted(tiff.handle(), TIFFTAG_EXTRASAMPLES, &count, &kinds);
-    const bool alpha = count > 0 && kinds[0] != EXTRASAMPLE_UNSPECIFIED;
+    const bool declared = TIFFGetField(tiff.handle(), TIFFTAG_EXTRASAMPLES, &count, &kinds) && count > 0;
+    // Many writers do not say what a fourth sample is, and readers take it for alpha.
+    const bool alpha = declared ? kinds[0] != EXTRASAMPLE_UNSPECIFIED : tiff.samples() == meaning.colours + 1;
     if (!alpha || tiff.samples() <= meaning.colours) return meaning;
     if (meaning.layout == Layout::gray) meaning.layout = Layout::grayAlpha;
     if (meaning.layout == Layout::rgb && meaning.kind != Meaning::Kind::palette)
         meaning.layout = Layout::rgba;
-    if (hasAlpha(meaning.layout)) meaning.premultiplied = kinds[0] == EXTRASAMPLE_ASSOCALPHA;
+    meaning.premultiplied = hasAlpha(meaning.layout) && declared && kinds[0] == EXTRASAMPLE_ASSOCALPHA;
     return meaning;
 }
 
@@ -149,7 +150,8 @@ void addLibraryRows(TIFFPicture& tiff, UprightPicture& picture) {
 DecodedPixels readTIFF(const PictureFile& file) {
     TIFFPicture tiff(file);
     const auto meaning = meaningOfSamples(tiff);
-    const bool integers = tiff.field(TIFFTAG_SAMPLEFORMAT) == SAMPLEFORMAT_UINT;
+    const auto format = tiff.field(TIFFTAG_SAMPLEFORMAT);
+    const bool integers = format == SAMPLEFORMAT_UINT || format == SAMPLEFORMAT_VOID;
     if (!integers || tiff.samples() < meaning.colours) giveUp();
     UprightPicture picture(pictureHeader(tiff, meaning));
     switch (meaning.kind) {

@@ -1,11 +1,13 @@
 #include "decoder/formats/TIFFPicture.h"
 
 #include <algorithm>
+#include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <span>
+#include <string_view>
 
 #include "decoder/picture/GiveUp.h"
 #include "decoder/picture/PictureFile.h"
@@ -46,6 +48,11 @@ struct Stream {
     static toff_t size(thandle_t handle) { return static_cast<Stream*>(handle)->file.size(); }
 };
 
+/// Whether a warning of this part of libtiff means that it makes pixels up.
+bool isDamage(std::string_view part) {
+    return part.starts_with("Fax") || part == "JPEGLib";
+}
+
 TIFF* openFirst(const PictureFile& file) {
     TIFFSetErrorHandler(nullptr);
     TIFFSetWarningHandler(nullptr);
@@ -76,6 +83,10 @@ TIFFPicture::TIFFPicture(const PictureFile& file) : tiff_(openFirst(file), &TIFF
     if (!isWithinPixelBudget(chunkWidth_, chunkHeight_)) giveUp();
     const std::size_t samplesTogether = samples_ / planes_;
     chunkRowSize_ = (std::size_t{chunkWidth_} * samplesTogether * bits_ + 7) / 8;
+    TIFFSetErrorHandler([](const char*, const char*, va_list) { giveUp(); });
+    TIFFSetWarningHandler([](const char* codec, const char*, va_list) {
+        if (codec && isDamage(codec)) giveUp();
+    });
     const std::uint64_t rows = std::min(chunkHeight_, height_);
     if (chunkRowSize_ * chunkHeight_ > maximumRowsSize || rows * width_ * samples_ > maximumRowsSize)
         giveUp();

@@ -64,7 +64,10 @@ Profile calibratedProfile(const Calibration& calibration) {
     const auto& c = calibration.whiteAndPrimaries;
     const cmsCIExyY white = {c[0], c[1], 1};
     const cmsCIExyYTRIPLE primaries = {{c[2], c[3], 1}, {c[4], c[5], 1}, {c[6], c[7], 1}};
-    const std::shared_ptr<cmsToneCurve> curve(cmsBuildGamma(nullptr, calibration.exponent),
+    const std::array sRGBCurve = {2.4, 1 / 1.055, 0.055 / 1.055, 1 / 12.92, 0.04045};
+    const std::shared_ptr<cmsToneCurve> curve(calibration.exponent
+                                                  ? cmsBuildGamma(nullptr, *calibration.exponent)
+                                                  : cmsBuildParametricToneCurve(nullptr, 4, sRGBCurve.data()),
                                               &cmsFreeToneCurve);
     const std::array<cmsToneCurve*, 3> curves = {curve.get(), curve.get(), curve.get()};
     return owned(cmsCreateRGBProfile(&white, &primaries, curves.data()));
@@ -73,7 +76,7 @@ Profile calibratedProfile(const Calibration& calibration) {
 /// A gamma of 1/2.2 with the primaries of sRGB stands for sRGB (PNG 1.2, 4.2.2.3).
 bool isSRGB(const Calibration& calibration) {
     const auto far = [](double a, double b) { return std::abs(a - b) > 0.002; };
-    return !far(calibration.exponent / 2.2, 1) &&
+    return !far(calibration.exponent.value_or(2.2) / 2.2, 1) &&
            std::equal(calibration.whiteAndPrimaries.begin(), calibration.whiteAndPrimaries.end(),
                       Calibration().whiteAndPrimaries.begin(), std::not_fn(far));
 }

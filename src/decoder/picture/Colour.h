@@ -11,9 +11,11 @@
 
 namespace quorvantis::decoder {
 
-/// A colour space defined by numbers instead of a profile (PNG 1.2, 4.2.2: cHRM and gAMA).
+/// A colour space defined by numbers instead of a profile (PNG 1.2, 4.2.2: cHRM and gAMA; PNG 3, 11.3.2.6:
+/// cICP).
 struct Calibration {
-    double exponent = 2.2;  // a sample's intensity is its value to this power
+    // A sample's intensity is its value to this power; empty for the curve of sRGB (IEC 61966-2-1).
+    std::optional<double> exponent = 2.2;
     // Chromaticities x, y of white, red, green and blue; those of sRGB by default.
     std::array<double, 8> whiteAndPrimaries = {0.3127, 0.3290, 0.64, 0.33, 0.30, 0.60, 0.15, 0.06};
 };
