@@ -69,6 +69,7 @@ if(NOT APPLE)
   add_executable(quorvantis-imaging-tests
     tests/decoder/ForbiddenCall.cpp
     tests/decoder/HostilePicturesTest.cpp
+    tests/decoder/MatrixConversionTest.cpp
     tests/decoder/OrientationTest.cpp
     tests/decoder/SandboxTest.cpp
     tests/imaging/AttachmentIdentityTest.cpp

@@ -126,6 +126,9 @@ ColourConversion::ColourConversion(const ColourSpace& space, Layout layout) : la
         fromRGBA_ = true;
     }
     if (!profile || isSRGB(profile.get(), sRGB.get())) return;
+    if (fromRGBA_ || T_COLORSPACE(format) == PT_RGB)
+        matrix_ = MatrixConversion::from(profile.get(), sRGB.get());
+    if (matrix_) return;
     transform_ = {cmsCreateTransform(profile.get(), fromRGBA_ ? TYPE_RGBA_8 : format, sRGB.get(), TYPE_RGBA_8,
                                      INTENT_PERCEPTUAL, 0),
                   [](cmsHTRANSFORM transform) {
@@ -134,11 +137,12 @@ ColourConversion::ColourConversion(const ColourSpace& space, Layout layout) : la
 }
 
 bool ColourConversion::isIdentity() const {
-    return !transform_ && (layout_ == Layout::rgba || layout_ == Layout::rgbx);
+    return !matrix_ && !transform_ && (layout_ == Layout::rgba || layout_ == Layout::rgbx);
 }
 
 void ColourConversion::convert(std::span<const std::uint8_t> samples, std::span<std::uint8_t> rgba) const {
     expand(layout_, samples, rgba);
+    if (matrix_) return matrix_->convert(rgba);
     if (!transform_) return;
     // lcms2 does not write alpha, so that of the expanded pixels remains.
     cmsDoTransform(transform_.get(), fromRGBA_ ? rgba.data() : samples.data(), rgba.data(),

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "decoder/picture/Layout.h"
+#include "decoder/picture/MatrixConversion.h"
 
 namespace quorvantis::decoder {
 
@@ -43,6 +44,7 @@ class ColourConversion {
 
   private:
     Layout layout_;
+    std::optional<MatrixConversion> matrix_;
     bool fromRGBA_ = false;            // the transform reads the expanded pixels, not the samples
     std::shared_ptr<void> transform_;  // of lcms2; null if none is needed
 };

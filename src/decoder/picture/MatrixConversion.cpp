@@ -1,0 +1,123 @@
+#include "decoder/picture/MatrixConversion.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <ranges>
+#include <span>
+#include <vector>
+
+namespace quorvantis::decoder {
+
+namespace {
+
+using Matrix = std::array<std::array<double, 3>, 3>;
+using Curve = std::unique_ptr<cmsToneCurve, decltype(&cmsFreeToneCurve)>;
+
+constexpr std::array colorants = {cmsSigRedColorantTag, cmsSigGreenColorantTag, cmsSigBlueColorantTag};
+constexpr std::array curves = {cmsSigRedTRCTag, cmsSigGreenTRCTag, cmsSigBlueTRCTag};
+
+const cmsToneCurve* curve(cmsHPROFILE profile, std::size_t channel) {
+    return static_cast<const cmsToneCurve*>(cmsReadTag(profile, curves[channel]));
+}
+
+/// The matrix from linear RGB to XYZ.
+std::optional<Matrix> toXYZ(cmsHPROFILE profile) {
+    Matrix matrix;
+    for (std::size_t c = 0; c < 3; ++c) {
+        const auto* xyz = static_cast<const cmsCIEXYZ*>(cmsReadTag(profile, colorants[c]));
+        if (!xyz || !curve(profile, c)) return std::nullopt;
+        matrix[0][c] = xyz->X;
+        matrix[1][c] = xyz->Y;
+        matrix[2][c] = xyz->Z;
+    }
+    return matrix;
+}
+
+std::optional<Matrix> inverse(const Matrix& m) {
+    const auto minor = [&](std::size_t row, std::size_t column) {
+        const std::size_t r1 = (row + 1) % 3, r2 = (row + 2) % 3;
+        const std::size_t c1 = (column + 1) % 3, c2 = (column + 2) % 3;
+        return m[r1][c1] * m[r2][c2] - m[r1][c2] * m[r2][c1];
+    };
+    const double determinant = m[0][0] * minor(0, 0) + m[0][1] * minor(0, 1) + m[0][2] * minor(0, 2);
+    if (std::abs(determinant) < 0.0001) return std::nullopt;
+    Matrix result;
+    for (std::size_t i = 0; i < 3; ++i)
+        for (std::size_t j = 0; j < 3; ++j) result[i][j] = minor(j, i) / determinant;
+    return result;
+}
+
+int fixedPoint(double value) {
+    return static_cast<int>(std::floor(value * (1 << 14) + 0.5));
+}
+
+/// Rounds by way of 16 bits, as lcms2 does.
+std::uint8_t sample(double value) {
+    const auto wide = static_cast<std::uint32_t>(std::floor(std::clamp(value, 0.0, 1.0) * 65535 + 0.5));
+    return static_cast<std::uint8_t>((wide * 65281 + 8388608) >> 24);
+}
+
+bool isMatrixProfile(cmsHPROFILE profile) {
+    return cmsGetColorSpace(profile) == cmsSigRgbData && cmsGetPCS(profile) == cmsSigXYZData &&
+           !cmsIsTag(profile, cmsSigAToB0Tag) && !cmsIsTag(profile, cmsSigDToB0Tag);
+}
+
+/// The samples of sRGB, by linear values in fixed point from 0 to `one`.
+std::vector<std::uint8_t> samplesOf(cmsHPROFILE sRGB, int one) {
+    const Curve reversed(cmsReverseToneCurve(curve(sRGB, 0)), &cmsFreeToneCurve);
+    const auto sampleOf = [&](int value) {
+        return sample(
+            cmsEvalToneCurveFloat(reversed.get(), static_cast<float>(value) / static_cast<float>(one)));
+    };
+    std::vector<std::uint8_t> samples;
+    for (int sample = 0; sample < 256; ++sample) {
+        const auto rest = std::views::iota(static_cast<int>(samples.size()), one + 1);
+        const auto end =
+            std::ranges::partition_point(rest, [&](int value) { return sampleOf(value) <= sample; });
+        samples.resize(samples.size() + static_cast<std::size_t>(end - rest.begin()),
+                       static_cast<std::uint8_t>(sample));
+    }
+    return samples;
+}
+
+}  // namespace
+
+std::optional<MatrixConversion> MatrixConversion::from(cmsHPROFILE profile, cmsHPROFILE sRGB) {
+    if (!isMatrixProfile(profile)) return std::nullopt;
+    const auto there = toXYZ(profile);
+    const auto back = inverse(toXYZ(sRGB).value());
+    if (!there || !back) return std::nullopt;
+    MatrixConversion conversion;
+    for (std::size_t c = 0; c < 3; ++c) {
+        for (std::size_t j = 0; j < 3; ++j) {
+            double sum = 0;
+            for (std::size_t k = 0; k < 3; ++k) sum += (*back)[c][k] * (*there)[k][j];
+            conversion.matrix_[c][j] = fixedPoint(sum);
+        }
+        for (std::size_t i = 0; i < 256; ++i) {
+            const float value = cmsEvalToneCurveFloat(curve(profile, c), static_cast<float>(i) / 255);
+            if (!(std::abs(value) <= 1) || (i == 0 && value != 0)) return std::nullopt;
+            conversion.linear_[c][i] = fixedPoint(value);
+        }
+    }
+    conversion.samples_ = samplesOf(sRGB, one);
+    return conversion;
+}
+
+void MatrixConversion::convert(std::span<std::uint8_t> rgba) const {
+    for (std::size_t i = 0; i + 3 < rgba.size(); i += 4) {
+        const int red = linear_[0][rgba[i]];
+        const int green = linear_[1][rgba[i + 1]];
+        const int blue = linear_[2][rgba[i + 2]];
+        for (std::size_t c = 0; c < 3; ++c) {
+            const int sum = matrix_[c][0] * red + matrix_[c][1] * green + matrix_[c][2] * blue;
+            rgba[i + c] = samples_[static_cast<std::size_t>(std::clamp((sum + (1 << 13)) >> 14, 0, one))];
+        }
+    }
+}
+
+}  // namespace quorvantis::decoder
