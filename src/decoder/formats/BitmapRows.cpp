@@ -18,6 +18,7 @@ std::uint8_t maskedSample(std::uint32_t pixel, std::uint32_t mask) {
     const int shift = std::countr_zero(mask);
     const std::uint64_t maximum = mask >> shift;
     const std::uint64_t value = (pixel & mask) >> shift;
+    if (maximum == 255) return static_cast<std::uint8_t>(value);
     return static_cast<std::uint8_t>((value * 255 + maximum / 2) / maximum);
 }
 

@@ -75,8 +75,12 @@ void addRows(const heif_image* image, UprightPicture& picture, const Size& size)
     if (!pixels || most < 255) giveUp();
     std::vector<std::uint8_t> row(picture.rowSize());
     for (std::int64_t y = 0; y < size.height; ++y, pixels += stride) {
+        if (most == 255) {
+            picture.addRow({pixels, row.size()});
+            continue;
+        }
         for (std::size_t i = 0; i < row.size(); ++i) {
-            const unsigned value = most > 255 ? pixels[2 * i] | unsigned{pixels[2 * i + 1]} << 8 : pixels[i];
+            const unsigned value = pixels[2 * i] | unsigned{pixels[2 * i + 1]} << 8;
             const unsigned deep = std::min(value, most);  // libheif makes opaque alpha 65535
             row[i] = static_cast<std::uint8_t>((deep * 255 + most / 2) / most);
         }

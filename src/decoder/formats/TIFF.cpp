@@ -117,6 +117,10 @@ void addRows(TIFFPicture& tiff, const Meaning& meaning, UprightPicture& picture)
     std::vector<std::uint8_t> rows;
     for (std::uint32_t y = 0; y < tiff.height(); y += tiff.rowsAtOnce()) {
         const auto samples = tiff.readRows(y, true);
+        if (tiff.samples() == wanted && meaning.kind == Meaning::Kind::light) {
+            picture.addRows(samples);
+            continue;
+        }
         rows.clear();
         for (std::size_t i = 0; i < samples.size(); i += tiff.samples()) {
             const auto pixel = samples.subspan(i, wanted);

@@ -104,6 +104,10 @@ std::uint32_t TIFFPicture::longField(std::uint32_t tag) const {
 
 std::span<const std::uint8_t> TIFFPicture::readRows(std::uint32_t top, bool scaled) {
     const std::uint32_t rows = std::min(chunkHeight_, height_ - top);
+    if (planes_ == 1 && bits_ == 8 && chunkWidth_ == width_) {
+        readChunk(0, top, 0);
+        return std::span(chunk_).first(rows * chunkRowSize_);
+    }
     rows_.resize(std::size_t{rows} * width_ * samples_);
     for (std::uint16_t plane = 0; plane < planes_; ++plane)
         for (std::uint32_t left = 0; left < width_; left += chunkWidth_) {

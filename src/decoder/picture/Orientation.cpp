@@ -90,15 +90,15 @@ void forEachUprightRows(Orientation orientation, std::span<const std::uint32_t> 
         traversal(orientation, static_cast<std::ptrdiff_t>(width), static_cast<std::ptrdiff_t>(height));
     const std::size_t columns = swapsSides(orientation) ? height : width;
     const std::size_t rows = swapsSides(orientation) ? width : height;
-    std::vector<std::uint32_t> turned(columns * std::min(rows, rowsAtOnce));
-    for (std::size_t y = 0; y < rows; y += rowsAtOnce) {
-        const std::size_t count = std::min(rowsAtOnce, rows - y);
-        for (std::size_t x = 0; x < columns; ++x) {
-            const auto stored = pixels.begin() + step.origin + static_cast<std::ptrdiff_t>(x) * step.nextX;
-            for (std::size_t row = 0; row < count; ++row)
-                turned[row * columns + x] = stored[static_cast<std::ptrdiff_t>(y + row) * step.nextY];
-        }
-        take(std::span(turned).first(count * columns));
+    const std::size_t most = swapsSides(orientation) ? rowsAtOnce : 1;
+    std::vector<std::uint32_t> turned(columns * std::min(rows, most));
+    for (std::size_t y = 0; y < rows; y += most) {
+        const auto count = static_cast<std::ptrdiff_t>(std::min(most, rows - y));
+        const auto* stored = pixels.data() + step.origin + static_cast<std::ptrdiff_t>(y) * step.nextY;
+        for (std::size_t x = 0; x < columns; ++x, stored += step.nextX)
+            for (std::ptrdiff_t row = 0; row < count; ++row)
+                turned.data()[static_cast<std::size_t>(row) * columns + x] = stored[row * step.nextY];
+        take(std::span(turned).first(static_cast<std::size_t>(count) * columns));
     }
 }
 

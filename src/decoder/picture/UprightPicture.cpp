@@ -39,13 +39,15 @@ UprightPicture::UprightPicture(const PictureHeader& header)
     if (header.orientation == upright)
         row_.resize(width() * 4);
     else
-        stored_.reserve(width() * static_cast<std::size_t>(header.size.height));
+        stored_ = PixelMemory(width() * static_cast<std::size_t>(header.size.height));
+    unstored_ = stored_.pixels();
 }
 
 void UprightPicture::addRow(std::span<const std::uint8_t> row) {
     if (header_.orientation != upright) {
-        stored_.resize(stored_.size() + width());
-        const auto pixels = std::span(stored_).last(width());
+        if (unstored_.empty()) giveUp();
+        const auto pixels = unstored_.first(width());
+        unstored_ = unstored_.subspan(width());
         return convert(row, {reinterpret_cast<std::uint8_t*>(pixels.data()), pixels.size_bytes()});
     }
     const bool unchanged = conversion_.isIdentity() && !hasAlpha(header_.layout);
@@ -71,8 +73,8 @@ void UprightPicture::convert(std::span<const std::uint8_t> row, std::span<std::u
 DecodedPixels UprightPicture::finish() {
     if (header_.orientation != upright) {
         const auto height = static_cast<std::size_t>(header_.size.height);
-        if (stored_.size() != width() * height) giveUp();
-        forEachUprightRows(header_.orientation, stored_, width(), height,
+        if (!unstored_.empty()) giveUp();
+        forEachUprightRows(header_.orientation, stored_.pixels(), width(), height,
                            [&](auto rows) { hasher_.update(std::as_bytes(rows)); });
     }
     auto hash = hasher_.finish();

@@ -9,6 +9,7 @@
 #include "decoder/picture/Colour.h"
 #include "decoder/picture/Layout.h"
 #include "decoder/picture/Orientation.h"
+#include "decoder/picture/PixelMemory.h"
 #include "decoder/picture/RowHasher.h"
 #include "imaging/DecodedPixels.h"
 
@@ -59,7 +60,8 @@ class UprightPicture {
     RowHasher hasher_;
     std::vector<std::uint8_t> row_;       // the converted row, if it is hashed immediately
     std::vector<std::uint8_t> straight_;  // the row without premultiplication, before colour conversion
-    std::vector<std::uint32_t> stored_;   // the converted rows so far, if the picture must be rotated
+    PixelMemory stored_;                  // all converted rows, if the picture must be turned
+    std::span<std::uint32_t> unstored_;   // the part of it that has none yet
 };
 
 }  // namespace quorvantis::decoder
