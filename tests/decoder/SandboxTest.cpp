@@ -70,7 +70,7 @@ TEST(SandboxTest, LeavesWhatDecodingNeeds) {
 
 TEST(SandboxTest, BoundsMemoryAndTime) {
     constexpr std::size_t mebibyte = 1 << 20;
-    for (const std::uint64_t size : {0, 57, 1024}) {
+    for (const std::uint64_t size : {0U, 57U, 1024U}) {
         EXPECT_EQ(limits(size, true).memory, 64 * mebibyte);
         EXPECT_EQ(limits(size, false).time, std::chrono::milliseconds(500));
     }

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <ranges>
 #include <span>
 #include <vector>
 
@@ -75,11 +74,15 @@ std::vector<std::uint8_t> samplesOf(cmsHPROFILE sRGB, int one) {
     };
     std::vector<std::uint8_t> samples;
     for (int sample = 0; sample < 256; ++sample) {
-        const auto rest = std::views::iota(static_cast<int>(samples.size()), one + 1);
-        const auto end =
-            std::ranges::partition_point(rest, [&](int value) { return sampleOf(value) <= sample; });
-        samples.resize(samples.size() + static_cast<std::size_t>(end - rest.begin()),
-                       static_cast<std::uint8_t>(sample));
+        int end = one + 1;  // of the values that give this sample or a lower one
+        for (int start = static_cast<int>(samples.size()); start < end;) {
+            const int middle = (start + end) / 2;
+            if (sampleOf(middle) <= sample)
+                start = middle + 1;
+            else
+                end = middle;
+        }
+        samples.resize(static_cast<std::size_t>(end), static_cast<std::uint8_t>(sample));
     }
     return samples;
 }
