@@ -81,8 +81,7 @@ Descriptor opened(const std::string& path) {
     return file;
 }
 
-/// Removes the temporary files of writers of `target` that were killed: those that nobody has written to for
-/// a minute.
+/// Removes the temporary files that killed writers of `target` left: those not written to for a minute.
 void removeLeftOver(const std::string& target) {
     const std::string pattern = lastPathComponent(temporaryPath(target));
     const auto start = std::string_view(pattern).substr(0, pattern.size() - temporaryEnding.size());
