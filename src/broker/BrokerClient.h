@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,9 @@ struct BrokerField {
     std::string_view key;
     JSONText value;
 };
+
+/// The longest path of the broker's socket in bytes: that of macOS (unix(4)), also where the system allows more.
+inline constexpr std::size_t maximumSocketPathSize = 103;
 
 /// A client of the desktop application's broker. It keeps no connection open between calls.
 struct BrokerClient {

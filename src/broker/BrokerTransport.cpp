@@ -13,6 +13,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "broker/BrokerClient.h"
 #include "platform/Descriptors.h"
 #include "support/HelperFailure.h"
 
@@ -22,7 +23,6 @@ namespace {
 
 using platform::Descriptor;
 
-constexpr std::size_t maximumPathSize = 104;  // sun_path on macOS, including the final NUL; 108 on Linux
 constexpr std::size_t maximumReplySize = 1'048'576;
 constexpr std::size_t readSize = 4096;
 constexpr timeval timeout = {.tv_sec = 2, .tv_usec = 0};
@@ -78,7 +78,7 @@ bool isPrivateSocket(const std::string& path) {
 }  // namespace
 
 std::optional<Address> address(const std::string& socketPath) {
-    if (socketPath.size() + 1 > maximumPathSize) return std::nullopt;
+    if (socketPath.size() > maximumSocketPathSize) return std::nullopt;
     Address address = {};
     address.name.sun_family = AF_UNIX;
     std::memcpy(address.name.sun_path, socketPath.c_str(), socketPath.size() + 1);

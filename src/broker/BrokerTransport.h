@@ -16,7 +16,7 @@ struct Address {
     const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&name); }
 };
 
-/// The socket address of a path; empty if the path is longer than 103 bytes, the limit of macOS (unix(4)).
+/// The socket address of a path; empty if the path is longer than `maximumSocketPathSize`.
 std::optional<Address> address(const std::string& socketPath);
 
 /// Sends the request and returns the reply. The reply ends when a read ends in a line feed, at the end of the

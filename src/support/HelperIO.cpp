@@ -22,11 +22,15 @@ void update(platform::SHA256& hash, std::string_view bytes) {
 
 }  // namespace
 
-void error(std::string_view message) {
-    std::string line = repairedUTF8(message);
+std::string oneLine(std::string_view text) {
+    std::string line = repairedUTF8(text);
     for (std::size_t i = 0; i < line.size(); ++i)
         if (static_cast<unsigned char>(line[i]) < 0x20 || line[i] == 0x7F) line.replace(i, 1, "\uFFFD");
-    writeStream(STDERR_FILENO, line.append("\n"));
+    return line;
+}
+
+void error(std::string_view message) {
+    writeStream(STDERR_FILENO, oneLine(message).append("\n"));
 }
 
 std::string shellQuoted(std::string_view text) {

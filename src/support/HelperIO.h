@@ -5,8 +5,10 @@
 
 namespace quorvantis::HelperIO {
 
-/// Writes the message and a line feed to standard error, in one write, as UTF-8 and as one line: U+FFFD
-/// stands for control characters and for what is not UTF-8.
+/// The text as one line of UTF-8: U+FFFD stands for control characters and for what is not UTF-8.
+std::string oneLine(std::string_view text);
+
+/// Writes the message, as one line, and a line feed to standard error, in one write.
 void error(std::string_view message);
 
 /// Quotes the text as one word for a POSIX shell, in single quotes (XCU 2.2.2).

@@ -5,17 +5,16 @@
 #include <errno.h>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
 #include <vector>
 
 #include "imaging/DecodedPixels.h"
+#include "imaging/DecoderPaths.h"
 #include "platform/Descriptors.h"
 #include "platform/Process.h"
 #include "platform/Spawn.h"
-#include "support/Paths.h"
 
 namespace quorvantis {
 
@@ -23,18 +22,10 @@ namespace {
 
 using platform::Descriptor;
 
-// An installation elsewhere writes its own prefix over this one, in the archive.
-constexpr std::string_view installedPrefix = QUORVANTIS_PREFIX;
-
-/// Beside the running executable, or where the installation keeps it that has the executable in its `bin`, or
-/// that has this library. Empty when it is in none of them.
+/// Empty when there is none.
 std::string decoderPath() {
-    const std::string folder = parentPath(platform::executablePath(getpid()).value_or("/"));
-    for (const std::string& place : {folder, joinedPath(folder, "../libexec/quorvantis"),
-                                     joinedPath(installedPrefix, "libexec/quorvantis")}) {
-        std::string path = joinedPath(place, "quorvantis-image-decoder");
+    for (const std::string& path : imageDecoderPaths(platform::executablePath(getpid()).value_or("/")))
         if (access(path.c_str(), X_OK) == 0) return path;
-    }
     return {};
 }
 

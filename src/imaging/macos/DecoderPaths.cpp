@@ -1,0 +1,12 @@
+#include "imaging/DecoderPaths.h"
+
+#include <string>
+#include <vector>
+
+namespace quorvantis {
+
+std::vector<std::string> imageDecoderPaths(const std::string&) {
+    return {};
+}
+
+}  // namespace quorvantis
