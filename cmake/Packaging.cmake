@@ -27,7 +27,8 @@ A Model Context Protocol server on standard input and output. It lets an AI
 coding agent search the clipboard history that the Quorvantis desktop
 application keeps, and use exact copies of its images.
 
-The package also holds a stand-in for the desktop application.")
+The package also holds a program that finds out why an agent does not get
+through, and a stand-in for the desktop application.")
 # libsystemd, which the server opens at run time if it is there, comes with these: the stand-in is linked with it.
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SHLIBDEPS ON)
 

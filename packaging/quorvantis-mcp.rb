@@ -43,6 +43,7 @@ class QuorvantisMcp < Formula
                            "--credential-file #{manifest["credentialPath"]}",
                            '{"id":1,"method":"tools/call","params":{"name":"get_integration_status"}}', 0)
       assert JSON.parse(answer)["result"]["structuredContent"]["running"]
+      assert JSON.parse(shell_output("#{bin}/quorvantis-doctor --json"))["ok"]
     ensure
       Process.kill "TERM", standin
       Process.wait standin
