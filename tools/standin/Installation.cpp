@@ -20,10 +20,10 @@ std::string manifestPath(const std::string& agent) {
     return joinedPath(HelperPaths().agents, agent + ".json");
 }
 
-/// The server is installed beside this program.
-std::string serverPath() {
+/// A program that is installed beside this one.
+std::string programPath(const std::string& name) {
     const auto self = platform::executablePath(getpid());
-    return joinedPath(self ? parentPath(*self) : ".", "quorvantis-mcp");
+    return joinedPath(self ? parentPath(*self) : ".", name);
 }
 
 std::string newCredential() {
@@ -41,23 +41,23 @@ void writeRegistration(const std::string& agent) {
                                       .credentialHash = HelperIO::sha256(credential),
                                       .credentialPath = credentialPath,
                                       .mcpServerName = "quorvantis",
-                                      .mcpExecutablePath = serverPath()},
+                                      .mcpExecutablePath = programPath("quorvantis-mcp")},
                         manifestPath(agent));
 }
 
 Installation readRegistration(const std::string& agent) {
     const auto manifest = HelperIO::readJSON<AgentManifest>(manifestPath(agent));
     const auto validated = CredentialValidator().validate(agent, manifest.clientID, manifest.credentialPath);
-    return {{agent, manifest.clientID, validated.token}, manifest.credentialPath};
+    return {{agent, manifest.clientID, validated.token}};
 }
 
 }  // namespace
 
-std::string Installation::commandLine() const {
-    return "QUORVANTIS_TESTING=1 QUORVANTIS_APP_SUPPORT=" + HelperIO::shellQuoted(HelperPaths().appSupport) +
-           " \\\n    " + HelperIO::shellQuoted(serverPath()) + " serve --agent " + identity.agent +
-           " --client-id " + HelperIO::shellQuoted(identity.clientID) + " \\\n    --credential-file " +
-           HelperIO::shellQuoted(credentialPath);
+std::string Installation::doctorCommand() const {
+    // The other agents have the names of their clients.
+    const std::string client = identity.agent.starts_with("custom-") ? "CLIENT" : identity.agent;
+    return HelperIO::shellQuoted(programPath("quorvantis-doctor")) + " --folder " +
+           HelperIO::shellQuoted(HelperPaths().appSupport) + " --config " + client + " " + identity.agent;
 }
 
 Installation registerAgent(const std::string& agent) {

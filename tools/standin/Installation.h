@@ -9,10 +9,9 @@ namespace quorvantis::standin {
 /// An agent that is registered in the application-support folder.
 struct Installation {
     BrokerIdentity identity;
-    std::string credentialPath;
 
-    /// The shell command that starts the server for this agent, with the environment that it needs.
-    std::string commandLine() const;
+    /// The shell command that prints what to paste into a client, to connect it as this agent.
+    std::string doctorCommand() const;
 };
 
 /// Registers the agent: writes its credential and its manifest. An agent that is already registered keeps

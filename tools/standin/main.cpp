@@ -49,8 +49,8 @@ void printIntroduction(const HistoryFile& history, const ImageLibrary& images,
                 HelperPaths().socket.c_str(), history.path().c_str(), history.entries().size(),
                 images.assets().size());
     for (const Installation& agent : agents)
-        std::printf("\nThe command that serves %s:\n\n    %s\n", agent.identity.agent.c_str(),
-                    agent.commandLine().c_str());
+        std::printf("\nWhat to paste into a client, to connect it as %s:\n\n    %s\n",
+                    agent.identity.agent.c_str(), agent.doctorCommand().c_str());
     std::printf("\nServing. Stop with Ctrl-C.\n\n");
     std::fflush(stdout);
 }
