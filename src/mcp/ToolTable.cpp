@@ -160,11 +160,12 @@ constexpr std::array<Tool, 8> table = {{
         .description =
             "Searches what the user has copied on this computer, in any application: text, code, links, file paths. "
             "Choose it when the user refers to something copied earlier (\"the link I copied this morning\"). Returns "
-            "\"matched\" and \"items\"; each item has \"entry_id\", \"created_at\", \"kind\", \"preview\" and "
-            "\"detail\", and where known \"source_application\", the full \"text\" and \"file_paths\". Long texts "
-            "fill your context: ask for a small limit first, and use get_clipboard_item when you already have an "
-            "entry_id. If nothing matches, try fewer or other words. If Quorvantis refuses, the user has not given "
-            "you access to the whole history: say so and go on without it; do not try again.",
+            "\"matched\" and \"items\"; each item has \"entry_id\", \"created_at\" (seconds since "
+            "2001-01-01T00:00:00Z, 978307200 less than Unix time), \"kind\", \"preview\" and \"detail\", and where "
+            "known \"source_application\", the full \"text\" and \"file_paths\". Long texts fill your context: ask "
+            "for a small limit first, and use get_clipboard_item when you already have an entry_id. If nothing "
+            "matches, try fewer or other words. If Quorvantis refuses, the user has not given you access to the whole "
+            "history: say so and go on without it; do not try again.",
         .arguments = searchArguments,
         .readOnly = true,
         .onlyAgent = {},
@@ -173,12 +174,12 @@ constexpr std::array<Tool, 8> table = {{
     {
         .name = "get_clipboard_item",
         .description =
-            "Returns one entry of the user's clipboard history by its identifier: \"entry_id\", \"created_at\", "
-            "\"kind\", \"preview\" and \"detail\", and where known \"source_application\", the full \"text\" and "
-            "\"file_paths\". Choose it when you have an entry_id from search_clipboard_history or from the user and "
-            "need that one entry; to find entries by their content use search_clipboard_history. A long text fills "
-            "your context. If the entry is unavailable, the user has removed it or the identifier is wrong: search "
-            "again instead of guessing.",
+            "Returns one entry of the user's clipboard history by its identifier: \"entry_id\", \"created_at\" "
+            "(seconds since 2001-01-01T00:00:00Z, 978307200 less than Unix time), \"kind\", \"preview\" and "
+            "\"detail\", and where known \"source_application\", the full \"text\" and \"file_paths\". Choose it when "
+            "you have an entry_id from search_clipboard_history or from the user and need that one entry; to find "
+            "entries by their content use search_clipboard_history. A long text fills your context. If the entry is "
+            "unavailable, the user has removed it or the identifier is wrong: search again instead of guessing.",
         .arguments = itemArguments,
         .readOnly = true,
         .onlyAgent = {},
