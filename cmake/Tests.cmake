@@ -7,6 +7,7 @@ find_package(GTest REQUIRED)
 
 add_executable(quorvantis-tests
   tests/ArrowsTest.cpp
+  tests/MessagesTest.cpp
   tests/broker/BrokerClientTest.cpp
   tests/cli/StartUpTest.cpp
   tests/harness/ChildProcess.cpp
