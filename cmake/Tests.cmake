@@ -10,6 +10,7 @@ add_executable(quorvantis-tests
   tests/MessagesTest.cpp
   tests/broker/BrokerClientTest.cpp
   tests/cli/StartUpTest.cpp
+  tests/doctor/DoctorTest.cpp
   tests/harness/ChildProcess.cpp
   tests/harness/Transcript.cpp
   tests/imaging/ImageReferencesTest.cpp
@@ -35,12 +36,13 @@ add_executable(quorvantis-tests
 if(NOT APPLE)
   target_sources(quorvantis-tests PRIVATE tests/platform/linux/ClientSessionNotificationTest.cpp)
 endif()
-add_dependencies(quorvantis-tests quorvantis-mcp quorvantis-standin)
+add_dependencies(quorvantis-tests quorvantis-doctor quorvantis-mcp quorvantis-standin)
 if(NOT APPLE)
-  add_dependencies(quorvantis-tests quorvantis-image-decoder)
+  add_dependencies(quorvantis-tests quorvantis-image-decoder quorvantis-image-decoder-heif quorvantis-image-decoder-tiff)
 endif()
 target_include_directories(quorvantis-tests PRIVATE tests)
 target_compile_definitions(quorvantis-tests PRIVATE
+  QUORVANTIS_DOCTOR="$<TARGET_FILE:quorvantis-doctor>"
   QUORVANTIS_PICTURES="${PROJECT_SOURCE_DIR}/tests/pictures"
   QUORVANTIS_SERVER="$<TARGET_FILE:quorvantis-mcp>"
   QUORVANTIS_SOURCE="${PROJECT_SOURCE_DIR}/src"
