@@ -34,7 +34,9 @@ add_executable(quorvantis-tests
   tests/json/JSONWriterTest.cpp
   tests/support/PathsTest.cpp)
 if(NOT APPLE)
-  target_sources(quorvantis-tests PRIVATE tests/platform/linux/ClientSessionNotificationTest.cpp)
+  target_sources(quorvantis-tests PRIVATE
+    tests/faults/BrokerFaultsTest.cpp
+    tests/platform/linux/ClientSessionNotificationTest.cpp)
 endif()
 add_dependencies(quorvantis-tests quorvantis-doctor quorvantis-mcp quorvantis-standin)
 if(NOT APPLE)

@@ -38,15 +38,21 @@ struct BrokerConnection {
     }
 };
 
+/// A new socket that stands at the path; nobody listens there yet.
+inline platform::Descriptor boundTo(const std::string& path) {
+    const auto address = BrokerTransport::address(path).value();
+    platform::Descriptor socket = platform::openLocalSocket();
+    EXPECT_EQ(bind(socket.get(), address.get(), address.length), 0) << path;
+    return socket;
+}
+
 /// Listens on a Unix socket and plays the same for each connection, one after the other; the connection ends
 /// when the play returns.
 class FakeBroker {
   public:
     using Play = std::function<void(BrokerConnection&)>;
 
-    FakeBroker(const std::string& path, Play play) : listener_(platform::openLocalSocket()) {
-        const auto address = BrokerTransport::address(path).value();
-        EXPECT_EQ(bind(listener_.get(), address.get(), address.length), 0) << path;
+    FakeBroker(const std::string& path, Play play) : listener_(boundTo(path)) {
         EXPECT_EQ(listen(listener_.get(), 8), 0);
         fcntl(listener_.get(), F_SETFL, O_NONBLOCK);  // a client may be gone before it is accepted
         thread_ = std::thread([this, play = std::move(play)] {
@@ -84,6 +90,18 @@ class FakeBroker {
     std::vector<std::string> requests_;
     std::thread thread_;
 };
+
+/// A listener that accepts nobody, and as many clients as its queue takes.
+inline std::vector<platform::Descriptor> fullQueue(const std::string& path) {
+    const auto address = BrokerTransport::address(path).value();
+    std::vector<platform::Descriptor> sockets;
+    EXPECT_EQ(listen(sockets.emplace_back(boundTo(path)).get(), 0), 0);
+    for (int failure = 0; failure == 0;) {
+        fcntl(sockets.emplace_back(platform::openLocalSocket()).get(), F_SETFL, O_NONBLOCK);
+        failure = connect(sockets.back().get(), address.get(), address.length);
+    }
+    return sockets;
+}
 
 /// The request's "requestID"; empty when it has none.
 inline std::string requestIDOf(const std::string& request) {
