@@ -36,6 +36,7 @@ add_executable(quorvantis-tests
 if(NOT APPLE)
   target_sources(quorvantis-tests PRIVATE
     tests/faults/BrokerFaultsTest.cpp
+    tests/faults/SecretsTest.cpp
     tests/platform/linux/ClientSessionNotificationTest.cpp)
 endif()
 add_dependencies(quorvantis-tests quorvantis-doctor quorvantis-mcp quorvantis-standin)
@@ -45,6 +46,7 @@ endif()
 target_include_directories(quorvantis-tests PRIVATE tests)
 target_compile_definitions(quorvantis-tests PRIVATE
   QUORVANTIS_DOCTOR="$<TARGET_FILE:quorvantis-doctor>"
+  QUORVANTIS_HOSTILE_PICTURES="${PROJECT_SOURCE_DIR}/tests/hostile"
   QUORVANTIS_PICTURES="${PROJECT_SOURCE_DIR}/tests/pictures"
   QUORVANTIS_SERVER="$<TARGET_FILE:quorvantis-mcp>"
   QUORVANTIS_SOURCE="${PROJECT_SOURCE_DIR}/src"
