@@ -1,12 +1,13 @@
 #include "json/UUID.h"
 
 #include <cstdint>
-#include <cstdlib>
+#include <errno.h>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <sys/random.h>
 
+#include "support/Files.h"
 #include "support/Hexadecimal.h"
 
 namespace quorvantis {
@@ -35,7 +36,7 @@ std::string text(const UUID& uuid, std::string_view digits) {
 // libuuid's generator makes four more system calls, a measurable part of a tool call.
 UUID UUID::random() {
     UUID uuid;
-    if (getentropy(uuid.bytes.data(), uuid.bytes.size()) != 0) std::abort();
+    if (getentropy(uuid.bytes.data(), uuid.bytes.size()) != 0) throw FileError::system(errno);
     uuid.bytes[6] = (uuid.bytes[6] & 0x0F) | 0x40;  // version 4
     uuid.bytes[8] = (uuid.bytes[8] & 0x3F) | 0x80;  // variant of RFC 4122
     return uuid;

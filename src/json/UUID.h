@@ -12,7 +12,7 @@ namespace quorvantis {
 struct UUID {
     std::array<std::uint8_t, 16> bytes{};
 
-    /// Generates a random UUID (version 4).
+    /// Generates a random UUID (version 4). Throws FileError if the system has no random bytes to give.
     static UUID random();
     /// Parses the canonical form of 36 characters, 8-4-4-4-12 hexadecimal digits in either case; empty for
     /// any other text.

@@ -23,6 +23,8 @@ class Descriptor {
 
     explicit operator bool() const { return descriptor_ >= 0; }
     int get() const { return descriptor_; }
+    /// Gives up the descriptor, which the caller then closes.
+    int release() { return std::exchange(descriptor_, -1); }
 
   private:
     int descriptor_ = -1;

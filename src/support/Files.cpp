@@ -63,6 +63,8 @@ class TemporaryFile {
     const Descriptor& file() const { return file_; }
 
     void moveTo(const std::string& target) {
+        // Some file systems tell only now that they could not store what was written.
+        if (close(file_.release()) != 0) throw FileError::system(errno);
         if (rename(path_.c_str(), target.c_str()) != 0) throw FileError::system(errno);
         path_.clear();
     }
