@@ -37,6 +37,7 @@ if(NOT APPLE)
   target_sources(quorvantis-tests PRIVATE
     tests/faults/BrokerFaultsTest.cpp
     tests/faults/SecretsTest.cpp
+    tests/faults/SystemCallsTest.cpp
     tests/platform/linux/ClientSessionNotificationTest.cpp)
 endif()
 add_dependencies(quorvantis-tests quorvantis-doctor quorvantis-mcp quorvantis-standin)
