@@ -75,7 +75,6 @@ set_tests_properties(sdk-session PROPERTIES ENVIRONMENT QUORVANTIS_MCP=$<TARGET_
 
 if(NOT APPLE)
   add_executable(quorvantis-imaging-tests
-    tests/decoder/ForbiddenCall.cpp
     tests/decoder/HostilePicturesTest.cpp
     tests/decoder/MatrixConversionTest.cpp
     tests/decoder/OrientationTest.cpp
@@ -85,7 +84,6 @@ if(NOT APPLE)
     tests/imaging/PixelHasherTest.cpp)
   target_include_directories(quorvantis-imaging-tests PRIVATE tests)
   target_compile_definitions(quorvantis-imaging-tests PRIVATE
-    QUORVANTIS_DECODER="$<TARGET_FILE:quorvantis-image-decoder>"
     QUORVANTIS_HOSTILE_PICTURES="${PROJECT_SOURCE_DIR}/tests/hostile"
     QUORVANTIS_PICTURES="${PROJECT_SOURCE_DIR}/tests/pictures")
   # libheif is asked for its version.

@@ -65,16 +65,6 @@ TEST(MCPClientSessionTest, TakesABareCommandForAPathInTheCurrentFolder) {
               platform::resolvingSymbolicLinks(installation.folder.path()) + "/quorvantis-mcp");
 }
 
-TEST(MCPClientSessionTest, DisturbsNobodyWhenItCannotBeWritten) {
-    const Installation installation;
-    ChildProcess server(installation.launch());
-    EXPECT_TRUE(initialized(server, installation));
-    std::filesystem::remove_all(installation.appSupport);
-    harness::writeText(installation.appSupport, "in the way");
-    EXPECT_FALSE(initialized(server, installation));
-    server.expectEnd();
-}
-
 TEST(MCPClientSessionTest, IsNotWrittenInDiagnosticMode) {
     Installation installation;
     installation.environment.push_back("QUORVANTIS_DIAGNOSTIC=1");
