@@ -18,6 +18,7 @@ using Curve = std::unique_ptr<cmsToneCurve, decltype(&cmsFreeToneCurve)>;
 
 constexpr std::array colorants = {cmsSigRedColorantTag, cmsSigGreenColorantTag, cmsSigBlueColorantTag};
 constexpr std::array curves = {cmsSigRedTRCTag, cmsSigGreenTRCTag, cmsSigBlueTRCTag};
+constexpr double maximumFactor = 2.5;  // the sum of three products with it is within int, in fixed point
 
 const cmsToneCurve* curve(cmsHPROFILE profile, std::size_t channel) {
     return static_cast<const cmsToneCurve*>(cmsReadTag(profile, curves[channel]));
@@ -99,6 +100,7 @@ std::optional<MatrixConversion> MatrixConversion::from(cmsHPROFILE profile, cmsH
         for (std::size_t j = 0; j < 3; ++j) {
             double sum = 0;
             for (std::size_t k = 0; k < 3; ++k) sum += (*back)[c][k] * (*there)[k][j];
+            if (!(std::abs(sum) <= maximumFactor)) return std::nullopt;
             conversion.matrix_[c][j] = fixedPoint(sum);
         }
         for (std::size_t i = 0; i < 256; ++i) {

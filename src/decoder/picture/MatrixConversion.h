@@ -13,7 +13,8 @@ namespace quorvantis::decoder {
 /// the same result as lcms2 for samples of 8 bits, to the bit, in a third of the time.
 class MatrixConversion {
   public:
-    /// Empty unless the profile is of that kind, is for RGB and has a black of zeros. `sRGB` is lcms2's own.
+    /// Empty unless the profile is of that kind, is for RGB and has a black of zeros, and colours that are
+    /// not far beyond what can be seen. `sRGB` is lcms2's own.
     static std::optional<MatrixConversion> from(cmsHPROFILE profile, cmsHPROFILE sRGB);
 
     /// Converts pixels in place and leaves their alpha.
