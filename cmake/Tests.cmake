@@ -84,6 +84,7 @@ if(NOT APPLE)
     tests/imaging/PixelHasherTest.cpp)
   target_include_directories(quorvantis-imaging-tests PRIVATE tests)
   target_compile_definitions(quorvantis-imaging-tests PRIVATE
+    QUORVANTIS_DECODER="$<TARGET_FILE:quorvantis-image-decoder>"
     QUORVANTIS_HOSTILE_PICTURES="${PROJECT_SOURCE_DIR}/tests/hostile"
     QUORVANTIS_PICTURES="${PROJECT_SOURCE_DIR}/tests/pictures")
   # libheif is asked for its version.
