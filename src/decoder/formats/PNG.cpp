@@ -21,9 +21,11 @@ namespace quorvantis::decoder {
 
 namespace {
 
+using namespace std::string_view_literals;
+
 // Chunks that libpng would keep in memory, at whatever size they claim: names of four letters, each followed
 // by 0.
-constexpr std::string_view unused("tEXt\0zTXt\0iTXt\0sPLT\0sCAL\0pCAL\0hIST\0tIME", 40);
+constexpr std::string_view unused = "tEXt\0zTXt\0iTXt\0sPLT\0sCAL\0pCAL\0hIST\0tIME\0"sv;
 
 class Decoder {
   public:
