@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <exception>
 #include <string>
 #include <string_view>
@@ -11,6 +12,7 @@
 #include "Clients.h"
 #include "Finding.h"
 #include "Registrations.h"
+#include "integration/AgentManifest.h"
 
 namespace quorvantis::doctor {
 

@@ -56,6 +56,15 @@ std::string difference(std::string_view text, const AgentManifest& manifest) {
     return "";
 }
 
+Finding compared(const Client& client, const std::string& path, std::string_view text,
+                 const AgentManifest& manifest) {
+    const std::string title(client.title), other = difference(text, manifest);
+    if (other.empty()) return fine(title + " starts the server for this agent, in " + path);
+    return failure(title + " starts the server for this agent " + other + ", in " + path,
+                   "Replace the entry by what this prints, and restart " + title + ": " +
+                       configCommand(client.name, manifest.agent));
+}
+
 }  // namespace
 
 std::optional<Finding> examineConfiguration(const Client& client, const AgentManifest& manifest) {
@@ -65,14 +74,7 @@ std::optional<Finding> examineConfiguration(const Client& client, const AgentMan
         try {
             if (!file.empty()) text = readFile(path);
         } catch (const FileError&) {}  // the client is not there, or has no configuration
-        if (!startsServerFor(manifest.agent, text)) continue;
-        const std::string what = std::string(client.title) + " starts the server for this agent";
-        const std::string where = ", in " + path;
-        const std::string other = difference(text, manifest);
-        if (other.empty()) return fine(what + where);
-        return failure(what + " " + other + where, "Replace the entry by what this prints, and restart " +
-                                                       std::string(client.title) + ": " +
-                                                       configCommand(client.name, manifest.agent));
+        if (startsServerFor(manifest.agent, text)) return compared(client, path, text, manifest);
     }
     return std::nullopt;
 }

@@ -36,9 +36,10 @@ std::string word(const std::string& text) {
 
 std::string claudeCode(const Client&, const AgentManifest& manifest) {
     std::string command = "claude mcp add --scope user " + word(serverName(manifest));
-    for (const auto& [name, value] : environment()) command += " --env " + word(name + "=" + value);
-    command += " -- \\\n    " + word(serverPath(manifest));
-    for (const std::string& argument : serverArguments(manifest)) command += " " + word(argument);
+    for (auto [name, value] : environment())
+        command.append(" --env ").append(word(name.append("=").append(value)));
+    command.append(" -- \\\n    ").append(word(serverPath(manifest)));
+    for (const std::string& argument : serverArguments(manifest)) command.append(" ").append(word(argument));
     return command + "\n";
 }
 

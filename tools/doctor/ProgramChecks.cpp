@@ -3,6 +3,7 @@
 #include <exception>
 #include <filesystem>
 #include <string>
+#include <system_error>
 #include <unistd.h>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "Registrations.h"
 #include "Trials.h"
 #include "imaging/DecoderPaths.h"
+#include "integration/AgentManifest.h"
 
 namespace quorvantis::doctor {
 
