@@ -67,8 +67,10 @@ TEST(MatrixConversionTest, IsThatOfLcmsToTheBit) {
 TEST(MatrixConversionTest, LeavesOtherProfilesToLcms) {
     const Profile sRGB(cmsCreate_sRGBProfile(), &cmsCloseProfile);
     const auto lifted = profileWith(table([](double x) { return 0.1 + 0.9 * x; }), 0.68, 0.265, 4.3);
+    const auto withTable = profileWith(cmsBuildGamma(nullptr, 2.2), 0.68, 0.265, 4.3);
+    cmsLinkTag(withTable.get(), cmsSigAToB0Tag, cmsSigRedTRCTag);
     const Profile gray(cmsCreateLab4Profile(nullptr), &cmsCloseProfile);
-    for (const Profile& profile : {lifted, gray})
+    for (const Profile& profile : {lifted, withTable, gray})
         EXPECT_FALSE(MatrixConversion::from(profile.get(), sRGB.get()));
 }
 
