@@ -78,7 +78,7 @@ void serve(BrokerSocket& socket, const Broker& broker, ClientWatch& clients, int
     for (;;) {
         std::vector<pollfd> waiting = {{stop, POLLIN, 0}, {signals.descriptor(), POLLIN, 0}};
         socket.addTo(waiting);
-        const int ready = poll(waiting.data(), waiting.size(), pollInterval);
+        const int ready = poll(waiting.data(), static_cast<nfds_t>(waiting.size()), pollInterval);
         if (waiting[0].revents != 0) return;
         if (signals.take() || ready == 0) clients.update();
         socket.serve(handle);
