@@ -18,8 +18,7 @@ struct BrokerField {
     JSONText value;
 };
 
-/// The longest path of the broker's socket in bytes: that of macOS (unix(4)), also where the system allows
-/// more.
+/// The longest path of the broker's socket in bytes: the limit of macOS (unix(4)), on every system.
 inline constexpr std::size_t maximumSocketPathSize = 103;
 
 /// A client of the desktop application's broker. It keeps no connection open between calls.

@@ -6,8 +6,7 @@
 namespace quorvantis {
 
 /// Where the program with this executable looks for the image decoder, in this order: beside the executable,
-/// in
-/// "../libexec/quorvantis" from there, and where this library was installed. It uses the first file that is
+/// in "../libexec/quorvantis" from there, and where this library was installed. It uses the first that is
 /// executable. Empty on macOS, where the system decodes pictures in the program's own process.
 std::vector<std::string> imageDecoderPaths(const std::string& executable);
 
