@@ -1,5 +1,6 @@
 #include "json/UUID.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <errno.h>
 #include <optional>

@@ -11,6 +11,7 @@
 #include <span>
 
 #include "decoder/picture/Layout.h"
+#include "decoder/picture/MatrixConversion.h"
 
 namespace quorvantis::decoder {
 

@@ -1,6 +1,7 @@
 #include "decoder/picture/MatrixConversion.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>

@@ -20,6 +20,7 @@
 #include <unistd.h>
 
 #include "decoder/picture/GiveUp.h"
+#include "decoder/process/Limits.h"
 #include "platform/Descriptors.h"
 
 namespace quorvantis::decoder {
