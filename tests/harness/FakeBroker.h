@@ -38,7 +38,7 @@ struct BrokerConnection {
     }
 };
 
-/// A new socket that stands at the path; nobody listens there yet.
+/// Returns a new socket bound to the path, which does not listen.
 inline platform::Descriptor boundTo(const std::string& path) {
     const auto address = BrokerTransport::address(path).value();
     platform::Descriptor socket = platform::openLocalSocket();
@@ -91,7 +91,7 @@ class FakeBroker {
     std::thread thread_;
 };
 
-/// A listener that accepts nobody, and as many clients as its queue takes.
+/// Returns a listener that does not accept, and clients that fill its queue.
 inline std::vector<platform::Descriptor> fullQueue(const std::string& path) {
     const auto address = BrokerTransport::address(path).value();
     std::vector<platform::Descriptor> sockets;

@@ -32,8 +32,8 @@ static std::map<std::string, std::string> hashesOfNewerLibraries() {
     return hashes;
 }
 
-/// The system call for which the sandbox killed the decoder of this picture, as strace writes it down; empty
-/// if it killed nobody.
+/// Returns the system call, in the words of strace, for which the sandbox killed the decoder of this picture;
+/// empty unless it did.
 static std::string forbiddenCall(const std::string& picture) {
     const std::string command = "strace -f " + HelperIO::shellQuoted(QUORVANTIS_DECODER) + " 3<" +
                                 HelperIO::shellQuoted(picture) +

@@ -12,7 +12,7 @@ struct ServerTrial {
     std::string version;                // as the server gives it; empty unless it opened a session
     std::size_t toolCount = 0;          // that it lists
     std::chrono::milliseconds time{0};  // from its start to its end
-    std::string complaint;              // the first line that is no answer
+    std::string complaint;              // its first line that is not an answer
 };
 
 /// Starts the server, opens a session, asks for the tools, and ends it. The session is not recorded. A server
