@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -59,12 +60,13 @@ std::vector<std::string> words(const std::string& text) {
 }  // namespace
 
 std::vector<HistoryEntry> HistoryFile::entries() const {
-    auto entries = entriesInFile();
+    const auto inFile = entriesInFile();
+    std::list<HistoryEntry> entries(inFile.begin(), inFile.end());
     entries.insert(entries.end(), others_.begin(), others_.end());
-    std::stable_sort(entries.begin(), entries.end(), [](const HistoryEntry& one, const HistoryEntry& other) {
+    entries.sort([](const HistoryEntry& one, const HistoryEntry& other) {
         return one.entry.createdAt > other.entry.createdAt;
     });
-    return entries;
+    return {entries.begin(), entries.end()};
 }
 
 std::vector<HistoryEntry> HistoryFile::entriesInFile() const {
