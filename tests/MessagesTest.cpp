@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <errno.h>
 #include <filesystem>
 #include <gtest/gtest.h>

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <csignal>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <pwd.h>
