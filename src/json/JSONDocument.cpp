@@ -4,17 +4,19 @@
 #include <array>
 #include <boost/config.hpp>
 #include <cstdint>
-#include <cstring>
-#include <functional>
+#include <forward_list>
 #include <limits>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "json/JSON.h"
+#include "json/JSONEscapes.h"
+#include "support/UTF8.h"
 
 // Boost.JSON is compiled here, in a namespace of our own: a program that links this library may have a
 // Boost.JSON itself, of another version. boost/config.hpp, above, makes names of headers from the word, and
@@ -60,7 +62,7 @@ class JSONBuilder {
 
     /// `parsed` is what the parser reads: the text, or a copy of the same size with other digits in it.
     JSONBuilder(JSONDocument& document, std::string_view text, std::string_view parsed)
-        : nodes_(document.nodes_), unescaped_(document.unescaped_), text_(text), parsed_(parsed) {
+        : nodes_(document.nodes_), keys_(document.keys_), text_(text), parsed_(parsed) {
         nodes_.reserve(std::min(text.size() / 4 + 1, maximumReservedNodes));
     }
 
@@ -72,15 +74,15 @@ class JSONBuilder {
     bool on_null(Error&) { return add({}); }
     bool on_bool(bool value, Error&) { return add({.size = value ? 1u : 0u, .kind = Kind::boolean}); }
 
-    bool on_number_part(Text part, Error&) { return addPart(part); }
-    bool on_int64(std::int64_t, Text last, Error&) { return addText(last, Kind::number); }
-    bool on_uint64(std::uint64_t, Text last, Error&) { return addText(last, Kind::number); }
-    bool on_double(double, Text last, Error&) { return addText(last, Kind::number); }
+    bool on_number_part(Text, Error& error) { return refusePart(error); }
+    bool on_int64(std::int64_t, Text number, Error&) { return add(Kind::number, original(number)); }
+    bool on_uint64(std::uint64_t, Text number, Error&) { return add(Kind::number, original(number)); }
+    bool on_double(double, Text number, Error&) { return add(Kind::number, original(number)); }
 
-    bool on_string_part(Text part, std::size_t, Error&) { return addPart(part); }
-    bool on_string(Text last, std::size_t, Error&) { return addText(last, Kind::string); }
-    bool on_key_part(Text part, std::size_t, Error&) { return addPart(part); }
-    bool on_key(Text last, std::size_t, Error&) { return addText(last, Kind::string); }
+    bool on_string_part(Text, std::size_t, Error& error) { return refusePart(error); }
+    bool on_string(Text string, std::size_t, Error&) { return add(Kind::string, original(string)); }
+    bool on_key_part(Text, std::size_t, Error& error) { return refusePart(error); }
+    bool on_key(Text key, std::size_t, Error&) { return add(Kind::string, unmasked(original(key))); }
 
     bool on_array_begin(Error&) { return open(Kind::array); }
     bool on_array_end(std::size_t, Error&) {
@@ -111,27 +113,21 @@ class JSONBuilder {
         return place;
     }
 
-    /// Appends a part: the parser splits a text with escapes.
-    bool addPart(Text part) {
-        // All parts together are shorter than the input, so the memory never moves. Untouched pages are free.
-        if (!unescaped_) unescaped_ = std::make_unique_for_overwrite<char[]>(text_.size());
-        std::memcpy(unescaped_.get() + partsEnd_, part.data(), part.size());
-        partsEnd_ += part.size();
-        return true;
+    bool add(Kind kind, std::string_view text) { return add({text.data(), text.size(), kind}); }
+
+    /// The parser splits only what has escapes, or an end that it does not know.
+    static bool refusePart(Error& error) {
+        error = quorvantis_boost::json::error::incomplete;
+        return false;
     }
 
-    bool addText(Text last, Kind kind) {
-        const bool isWhole = partsStart_ == partsEnd_ && isParsed(last.data());
-        if (isWhole) return add({text_.data() + (last.data() - parsed_.data()), last.size(), kind});
-        addPart(last);
-        const std::size_t start = std::exchange(partsStart_, partsEnd_);
-        return add({unescaped_.get() + start, partsEnd_ - start, kind});
+    std::string_view original(Text parsed) const {
+        return text_.substr(static_cast<std::size_t>(parsed.data() - parsed_.data()), parsed.size());
     }
 
-    // The parser passes a text with escapes in its own buffer.
-    bool isParsed(const char* place) const {
-        const std::less_equal<const char*> notAfter;
-        return notAfter(parsed_.data(), place) && notAfter(place, parsed_.data() + parsed_.size());
+    // Keys are compared at once; other strings are left for later.
+    std::string_view unmasked(std::string_view key) {
+        return hasMaskedEscape(key) ? unmaskEscapes(keys_.emplace_front(key)) : key;
     }
 
     void keepFirstOfEachKey(std::size_t place, std::size_t members) {
@@ -174,23 +170,20 @@ class JSONBuilder {
     }
 
     std::vector<JSONNode>& nodes_;
-    std::unique_ptr<char[]>& unescaped_;
+    std::forward_list<std::string>& keys_;
     std::string_view text_, parsed_;
-    std::size_t partsStart_ = 0, partsEnd_ = 0;  // of the current text, in `unescaped_`
     std::array<std::size_t, maximumJSONDepth> opened_;
     std::size_t depth_ = 0;
 };
 
 namespace {
 
-/// The text with zeros for the digits of all exponents.
+/// A text without escapes, with zeros for the digits of all exponents.
 std::string withoutExponents(std::string_view text) {
     std::string masked(text);
     bool isInString = false, isInExponent = false;
-    for (std::size_t i = 0; i < masked.size(); ++i) {
-        char& character = masked[i];
+    for (char& character : masked) {
         if (character == '"') isInString = !isInString;
-        if (isInString && character == '\\') ++i;
         const bool isDigit = character >= '0' && character <= '9';
         if (isInExponent && isDigit) character = '0';
         isInExponent = !isInString && (character == 'e' || character == 'E' ||
@@ -204,6 +197,7 @@ quorvantis_boost::system::error_code parse(std::string_view parsed, std::string_
                                            JSONDocument& document) {
     quorvantis_boost::json::parse_options options;
     options.max_depth = maximumJSONDepth;
+    options.allow_invalid_utf8 = true;  // the text has been checked; it may have masked escapes
     quorvantis_boost::json::basic_parser<JSONBuilder> parser(options, document, text, parsed);
     quorvantis_boost::system::error_code error;
     const std::size_t read = parser.write_some(false, parsed.data(), parsed.size(), error);
@@ -211,25 +205,50 @@ quorvantis_boost::system::error_code parse(std::string_view parsed, std::string_
     return error;
 }
 
+std::span<char> withoutByteOrderMark(std::span<char> text) {
+    const bool isMarked = std::string_view(text.data(), text.size()).starts_with(byteOrderMark);
+    return text.subspan(isMarked ? byteOrderMark.size() : 0);
+}
+
 }  // namespace
 
 std::optional<JSONDocument> JSONDocument::parse(std::string_view text) {
+    if (text.find('\\') != text.npos) return parseOwned(std::string(text));
     if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
     JSONDocument document;
-    auto error = quorvantis::parse(text, text, document);
-    // The parser computes exponents, in 32 bits; any number of digits is valid.
-    if (error == quorvantis_boost::json::error::exponent_overflow) {
-        document = JSONDocument();
-        error = quorvantis::parse(withoutExponents(text), text, document);
-    }
-    return error ? std::nullopt : std::optional(std::move(document));
+    return isValidUTF8(text) && document.build(text) ? std::optional(std::move(document)) : std::nullopt;
 }
 
-std::optional<JSONDocument> JSONDocument::parseOwned(std::string text) {
-    auto kept = std::make_unique<const std::string>(std::move(text));
-    auto document = parse(*kept);
-    if (document) document->text_ = std::move(kept);
+std::optional<JSONDocument> JSONDocument::parseOwned(std::string owned) {
+    JSONDocument document;
+    document.text_ = std::make_unique<std::string>(std::move(owned));
+    const auto text = withoutByteOrderMark(*document.text_);
+    const std::string_view view(text.data(), text.size());
+    if (!isValidUTF8(view)) return std::nullopt;
+    const bool hasEscapes = view.find('\\') != view.npos;
+    if (hasEscapes && !maskEscapes(text)) return std::nullopt;
+    if (!document.build(view)) return std::nullopt;
+    if (hasEscapes) document.unescape(text);
     return document;
+}
+
+bool JSONDocument::build(std::string_view text) {
+    size_ = text.size();
+    auto error = quorvantis::parse(text, text, *this);
+    // The parser computes exponents, in 32 bits; any number of digits is valid.
+    if (error == quorvantis_boost::json::error::exponent_overflow) {
+        nodes_.clear();
+        error = quorvantis::parse(withoutExponents(text), text, *this);
+    }
+    return !error;
+}
+
+void JSONDocument::unescape(std::span<char> text) {
+    for (JSONNode& node : nodes_)
+        if (node.kind == Kind::string && hasMaskedEscape(node.view())) {
+            const auto string = text.subspan(static_cast<std::size_t>(node.text - text.data()), node.size);
+            node.size = unmaskEscapes(string).size();
+        }
 }
 
 }  // namespace quorvantis

@@ -1,5 +1,6 @@
 #include "support/UTF8.h"
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -44,11 +45,14 @@ Part front(std::string_view bytes) {
     return {lead.length, true};
 }
 
+/// The number of leading ASCII bytes, but for the last seven of the text.
 std::size_t asciiPrefix(std::string_view bytes) {
+    static_assert(std::endian::native == std::endian::little);
     std::size_t length = 0;
     for (std::uint64_t eight; bytes.size() - length >= sizeof eight; length += sizeof eight) {
         std::memcpy(&eight, bytes.data() + length, sizeof eight);
-        if (eight & 0x8080808080808080u) break;
+        const std::uint64_t others = eight & 0x8080808080808080u;
+        if (others != 0) return length + static_cast<std::size_t>(std::countr_zero(others)) / 8;
     }
     return length;
 }
