@@ -57,6 +57,7 @@ void send(const Descriptor& socket, std::string_view request) {
 
 std::string receive(const Descriptor& socket) {
     std::string reply;
+    reply.reserve(maximumReplySize + readSize);  // the pages that it does not need stay untouched
     std::array<char, readSize> buffer;
     while (reply.size() <= maximumReplySize) {
         const ssize_t count = read(socket.get(), buffer.data(), buffer.size());

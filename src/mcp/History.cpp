@@ -36,6 +36,7 @@ JSONText searchHistory(JSON arguments, const BrokerIdentity& identity) {
     const JSONDocument reply = BrokerClient{identity}.call(
         "search_history", {{"query", jsonText(*query)}, {"limit", jsonText(limit)}});
     JSONWriter result(Slashes::bare);
+    result.reserve(reply.size());
     result.beginObject();
     result.members("matched", reply["matched"].boolean().value_or(false));
     result.key("items");

@@ -43,7 +43,10 @@ void callTool(JSON id, std::string_view name, JSON arguments, const BrokerIdenti
     try {
         const JSONText result = run(name, arguments, identity);
         // Clients compare the two, so the text is exactly the JSON of the structured content.
-        const auto text = [&](JSONWriter& writer) { writer.string(result); };
+        const auto text = [&](JSONWriter& writer) {
+            writer.reserve(result.text.size() * 5 / 2);  // with its escapes, and once more without
+            writer.string(result);
+        };
         reply(id, jsonObject("content", content(text), "structuredContent", result, "isError", false));
     } catch (const HelperFailure& failure) {
         replyFailure(id, failure.errorDescription());
