@@ -1,11 +1,11 @@
 #include "support/Files.h"
 
-#include <array>
 #include <cstdio>
 #include <errno.h>
 #include <fcntl.h>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <stdlib.h>
 #include <string>
 #include <string_view>
@@ -25,6 +25,12 @@ namespace {
 using platform::Descriptor;
 
 constexpr off_t maximumGrowth = 64 << 20;  // bytes
+constexpr std::size_t readSize = 65536;
+
+// Not on the stack, where each of its pages would be touched at the start (-fstack-clash-protection).
+std::unique_ptr<char[]> readBuffer() {
+    return std::make_unique_for_overwrite<char[]>(readSize);
+}
 
 struct stat statusOf(const Descriptor& file, const std::string& path) {
     struct stat status;
@@ -134,15 +140,15 @@ bool ReadableFile::State::operator==(const State& other) const {
 }
 
 off_t ReadableFile::read(const std::function<void(std::string_view)>& take) const {
-    std::array<char, 65536> buffer;
+    const auto buffer = readBuffer();
     const off_t maximumEnd = state().size + maximumGrowth;
     for (off_t position = 0;;) {
         if (position > maximumEnd) throw FileError::reading(path_, EFBIG);
-        const ssize_t count = pread(descriptor_.get(), buffer.data(), buffer.size(), position);
+        const ssize_t count = pread(descriptor_.get(), buffer.get(), readSize, position);
         if (count == 0) return position;
         if (count < 0 && errno != EINTR) throw FileError::reading(path_, errno);
         if (count < 0) continue;
-        take({buffer.data(), static_cast<std::size_t>(count)});
+        take({buffer.get(), static_cast<std::size_t>(count)});
         position += count;
     }
 }
@@ -162,12 +168,12 @@ std::string readAny(const std::string& path, std::size_t maximumSize) {
     if (S_ISDIR(statusOf(file, path).st_mode)) throw FileError::reading(path, EISDIR);
     fcntl(file.get(), F_SETFL, 0);  // a pipe may have nothing to read yet
     std::string content;
-    std::array<char, 65536> buffer;
+    const auto buffer = readBuffer();
     for (;;) {
-        const ssize_t count = ::read(file.get(), buffer.data(), buffer.size());
+        const ssize_t count = ::read(file.get(), buffer.get(), readSize);
         if (count == 0) return content;
         if (count < 0 && errno != EINTR) throw FileError::reading(path, errno);
-        if (count > 0) content.append(buffer.data(), static_cast<std::size_t>(count));
+        if (count > 0) content.append(buffer.get(), static_cast<std::size_t>(count));
         if (content.size() > maximumSize) throw FileError::reading(path, EFBIG);
     }
 }
