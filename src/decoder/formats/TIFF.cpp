@@ -58,9 +58,11 @@ Meaning meaningOfSamples(const TIFFPicture& tiff) {
     // Many writers do not say what a fourth sample is, and readers take it for alpha.
     const bool alpha = declared ? kinds[0] != EXTRASAMPLE_UNSPECIFIED : tiff.samples() == meaning.colours + 1;
     if (!alpha || tiff.samples() <= meaning.colours) return meaning;
+    // The colours of a palette cannot be multiplied by alpha.
+    if (meaning.kind == Meaning::Kind::palette && (!declared || kinds[0] != EXTRASAMPLE_UNASSALPHA))
+        return meaning;
     if (meaning.layout == Layout::gray) meaning.layout = Layout::grayAlpha;
-    if (meaning.layout == Layout::rgb && meaning.kind != Meaning::Kind::palette)
-        meaning.layout = Layout::rgba;
+    if (meaning.layout == Layout::rgb) meaning.layout = Layout::rgba;
     meaning.premultiplied = hasAlpha(meaning.layout) && declared && kinds[0] == EXTRASAMPLE_ASSOCALPHA;
     return meaning;
 }
@@ -100,14 +102,18 @@ class Palette {
     std::array<std::array<std::uint8_t, 3>, 256> colours_ = {};
 };
 
-void addPaletteRows(TIFFPicture& tiff, UprightPicture& picture) {
+void addPaletteRows(TIFFPicture& tiff, Layout layout, UprightPicture& picture) {
     const Palette palette(tiff);
+    const unsigned opaque = (1U << tiff.bits()) - 1;
     std::vector<std::uint8_t> rows;
     for (std::uint32_t y = 0; y < tiff.height(); y += tiff.rowsAtOnce()) {
         const auto indices = tiff.readRows(y, false);
         rows.clear();
-        for (std::size_t i = 0; i < indices.size(); i += tiff.samples())
+        for (std::size_t i = 0; i < indices.size(); i += tiff.samples()) {
             rows.insert(rows.end(), palette[indices[i]].begin(), palette[indices[i]].end());
+            if (hasAlpha(layout))
+                rows.push_back(static_cast<std::uint8_t>((indices[i + 1] * 255U + opaque / 2) / opaque));
+        }
         picture.addRows(rows);
     }
 }
@@ -159,7 +165,7 @@ DecodedPixels readTIFF(const PictureFile& file) {
     if (!integers || tiff.samples() < meaning.colours) giveUp();
     UprightPicture picture(pictureHeader(tiff, meaning));
     switch (meaning.kind) {
-        case Meaning::Kind::palette: addPaletteRows(tiff, picture); break;
+        case Meaning::Kind::palette: addPaletteRows(tiff, meaning.layout, picture); break;
         case Meaning::Kind::library: addLibraryRows(tiff, picture); break;
         default: addRows(tiff, meaning, picture);
     }
