@@ -5,10 +5,13 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <jpeglib.h>
+#include <libheif/heif.h>
 #include <memory>
 #include <png.h>
 #include <vector>
+#include <webp/decode.h>
 
 namespace quorvantis::bench {
 
@@ -98,6 +101,42 @@ void decodePNG(const std::string& path) {
     for (png_uint_32 y = 0; y < png_get_image_height(png, info); ++y) png_read_row(png, row.data(), nullptr);
     png_read_end(png, nullptr);
     png_destroy_read_struct(&png, &info, nullptr);
+}
+
+namespace {
+
+std::vector<std::uint8_t> content(const std::string& path) {
+    std::vector<std::uint8_t> bytes(std::filesystem::file_size(path));
+    if (std::fread(bytes.data(), 1, bytes.size(), openFile(path, "rb").get()) != bytes.size()) std::exit(1);
+    return bytes;
+}
+
+void decodeWebP(const std::string& path) {
+    const auto bytes = content(path);
+    int width = 0, height = 0;
+    WebPFree(WebPDecodeRGBA(bytes.data(), bytes.size(), &width, &height));
+}
+
+void decodeHEIF(const std::string& path) {
+    auto* context = heif_context_alloc();
+    heif_image_handle* handle = nullptr;
+    heif_image* image = nullptr;
+    heif_context_read_from_file(context, path.c_str(), nullptr);
+    heif_context_get_primary_image_handle(context, &handle);
+    heif_decode_image(handle, &image, heif_colorspace_RGB, heif_chroma_interleaved_RGBA, nullptr);
+    heif_image_release(image);
+    heif_image_handle_release(handle);
+    heif_context_free(context);
+}
+
+}  // namespace
+
+void decode(const std::string& path) {
+    if (path.ends_with(".jpg")) return decodeJPEG(path);
+    if (path.ends_with(".png")) return decodePNG(path);
+    if (path.ends_with(".webp")) return decodeWebP(path);
+    if (path.ends_with(".heic") || path.ends_with(".avif")) return decodeHEIF(path);
+    static_cast<void>(content(path));
 }
 
 }  // namespace quorvantis::bench

@@ -14,4 +14,8 @@ void writePNG(const std::string& path, int width, int height);
 void decodeJPEG(const std::string& path);
 void decodePNG(const std::string& path);
 
+/// Decodes a picture of any of JPEG, PNG, WebP, HEIC and AVIF with its library alone, or reads another file,
+/// and throws the pixels away. The end of the path tells the format.
+void decode(const std::string& path);
+
 }  // namespace quorvantis::bench
