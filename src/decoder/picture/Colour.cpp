@@ -106,7 +106,7 @@ void expand(Layout layout, std::span<const std::uint8_t> samples, std::span<std:
         case Layout::rgb: return expandAs<Layout::rgb>(samples.data(), rgba);
         case Layout::cmyk: return expandAs<Layout::cmyk>(samples.data(), rgba);
         case Layout::rgba:
-        case Layout::rgbx: std::ranges::copy(samples, rgba.begin());
+        case Layout::rgbx: std::copy_n(samples.data(), samples.size(), rgba.data());
     }
 }
 

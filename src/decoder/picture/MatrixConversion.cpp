@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace quorvantis::decoder {
@@ -15,11 +16,13 @@ namespace quorvantis::decoder {
 namespace {
 
 using Matrix = std::array<std::array<double, 3>, 3>;
+using FixedMatrix = std::array<std::array<int, 3>, 3>;
 using Curve = std::unique_ptr<cmsToneCurve, decltype(&cmsFreeToneCurve)>;
 
 constexpr std::array colorants = {cmsSigRedColorantTag, cmsSigGreenColorantTag, cmsSigBlueColorantTag};
 constexpr std::array curves = {cmsSigRedTRCTag, cmsSigGreenTRCTag, cmsSigBlueTRCTag};
-constexpr double maximumFactor = 2.5;  // the sum of three products with it is within int, in fixed point
+constexpr double maximumFactor = 2.5;
+constexpr int maximumRange = 7 << 14;  // so that sums of products are within int, in fixed point
 
 const cmsToneCurve* curve(cmsHPROFILE profile, std::size_t channel) {
     return static_cast<const cmsToneCurve*>(cmsReadTag(profile, curves[channel]));
@@ -89,40 +92,79 @@ std::vector<std::uint8_t> samplesOf(cmsHPROFILE sRGB, int one) {
     return samples;
 }
 
-}  // namespace
-
-std::optional<MatrixConversion> MatrixConversion::from(cmsHPROFILE profile, cmsHPROFILE sRGB) {
-    if (!isMatrixProfile(profile)) return std::nullopt;
+/// The matrix from the profile's linear RGB to that of sRGB, in fixed point.
+std::optional<FixedMatrix> toLinearSRGB(cmsHPROFILE profile, cmsHPROFILE sRGB) {
     const auto there = toXYZ(profile);
     const auto back = inverse(toXYZ(sRGB).value());
     if (!there || !back) return std::nullopt;
-    MatrixConversion conversion;
-    for (std::size_t c = 0; c < 3; ++c) {
+    FixedMatrix matrix;
+    for (std::size_t c = 0; c < 3; ++c)
         for (std::size_t j = 0; j < 3; ++j) {
             double sum = 0;
             for (std::size_t k = 0; k < 3; ++k) sum += (*back)[c][k] * (*there)[k][j];
             if (!(std::abs(sum) <= maximumFactor)) return std::nullopt;
-            conversion.matrix_[c][j] = fixedPoint(sum);
+            matrix[c][j] = fixedPoint(sum);
         }
-        for (std::size_t i = 0; i < 256; ++i) {
-            const float value = cmsEvalToneCurveFloat(curve(profile, c), static_cast<float>(i) / 255);
-            if (!(std::abs(value) <= 1) || (i == 0 && value != 0)) return std::nullopt;
-            conversion.linear_[c][i] = fixedPoint(value);
-        }
+    return matrix;
+}
+
+/// The linear values of the samples, in fixed point.
+std::optional<std::array<int, 256>> linearValues(const cmsToneCurve* curve) {
+    std::array<int, 256> values;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const float value = cmsEvalToneCurveFloat(curve, static_cast<float>(i) / 255);
+        if (!(value >= 0 && value <= 1) || (i == 0 && value != 0)) return std::nullopt;
+        values[i] = fixedPoint(value);
     }
+    return values;
+}
+
+/// The least and the greatest linear value of sRGB that a row of the matrix makes of values from 0 to 1.
+std::pair<int, int> range(const std::array<int, 3>& factors) {
+    std::pair<int, int> range;
+    for (const int factor : factors) (factor < 0 ? range.first : range.second) += factor;
+    return range;
+}
+
+}  // namespace
+
+std::optional<MatrixConversion> MatrixConversion::from(cmsHPROFILE profile, cmsHPROFILE sRGB) {
+    if (!isMatrixProfile(profile)) return std::nullopt;
+    const auto matrix = toLinearSRGB(profile, sRGB);
+    if (!matrix) return std::nullopt;
+    MatrixConversion conversion;
+    for (std::size_t j = 0; j < 3; ++j) {
+        const auto linear = linearValues(curve(profile, j));
+        if (!linear) return std::nullopt;
+        for (std::size_t i = 0; i < 256; ++i)
+            for (std::size_t c = 0; c < 3; ++c) conversion.parts_[j][i][c] = (*matrix)[c][j] * (*linear)[i];
+    }
+    int least = 0, most = one;
+    for (const auto& row : *matrix) {
+        least = std::min(least, range(row).first);
+        most = std::max(most, range(row).second);
+    }
+    if (most - least > maximumRange) return std::nullopt;
+    for (auto& part : conversion.parts_[0])
+        for (int& value : part) value += (1 << 13) - least * (1 << 14);
     conversion.samples_ = samplesOf(sRGB, one);
+    conversion.samples_.insert(conversion.samples_.begin(), static_cast<std::size_t>(-least), 0);
+    conversion.samples_.resize(static_cast<std::size_t>(most - least) + 1, 255);
     return conversion;
 }
 
 void MatrixConversion::convert(std::span<std::uint8_t> rgba) const {
-    for (std::size_t i = 0; i + 3 < rgba.size(); i += 4) {
-        const int red = linear_[0][rgba[i]];
-        const int green = linear_[1][rgba[i + 1]];
-        const int blue = linear_[2][rgba[i + 2]];
-        for (std::size_t c = 0; c < 3; ++c) {
-            const int sum = matrix_[c][0] * red + matrix_[c][1] * green + matrix_[c][2] * blue;
-            rgba[i + c] = samples_[static_cast<std::size_t>(std::clamp((sum + (1 << 13)) >> 14, 0, one))];
-        }
+    const std::uint8_t* const samples = samples_.data();
+    std::uint8_t* pixel = rgba.data();
+    for (std::size_t left = rgba.size() / 4; left > 0; --left, pixel += 4) {
+        const auto& red = parts_[0][pixel[0]];
+        const auto& green = parts_[1][pixel[1]];
+        const auto& blue = parts_[2][pixel[2]];
+        std::array<int, 4> linear;
+        for (std::size_t c = 0; c < 4; ++c) linear[c] = (red[c] + green[c] + blue[c]) >> 14;
+        pixel[0] = samples[linear[0]];
+        pixel[1] = samples[linear[1]];
+        pixel[2] = samples[linear[2]];
     }
 }
 

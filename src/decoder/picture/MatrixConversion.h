@@ -23,9 +23,11 @@ class MatrixConversion {
   private:
     static constexpr int one = 1 << 14;  // as a fixed-point number
 
-    std::array<std::array<int, 256>, 3> linear_;  // by channel and sample, in fixed point
-    std::array<std::array<int, 3>, 3> matrix_;    // in fixed point
-    std::vector<std::uint8_t> samples_;           // of sRGB, by linear values 0 to `one`
+    // What a sample adds to linear red, green and blue, and one more so that the processor can add four at
+    // once, by its channel and value: the product of two numbers in fixed point. Those of red hold the
+    // rounding and the start of `samples_`, too.
+    alignas(16) std::array<std::array<std::array<int, 4>, 256>, 3> parts_ = {};
+    std::vector<std::uint8_t> samples_;  // of sRGB, by the sum of three parts in fixed point
 };
 
 }  // namespace quorvantis::decoder
