@@ -10,7 +10,7 @@
 namespace quorvantis::decoder {
 
 /// The conversion to sRGB from a profile that consists of three curves and a matrix (ICC.1:2010, 8.3.3), with
-/// the same result as lcms2 for samples of 8 bits, to the bit, in a third of the time.
+/// the same result as lcms2 for samples of 8 bits, to the bit, in a fraction of the time.
 class MatrixConversion {
   public:
     /// Empty unless the profile is of that kind, is for RGB and has a black of zeros, and colours that are
