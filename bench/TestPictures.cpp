@@ -75,6 +75,8 @@ void writePNG(const std::string& path, int width, int height) {
     png_destroy_write_struct(&png, &info);
 }
 
+namespace {
+
 void decodeJPEG(const std::string& path) {
     const auto file = openFile(path, "rb");
     jpeg_decompress_struct jpeg = {};
@@ -102,8 +104,6 @@ void decodePNG(const std::string& path) {
     png_read_end(png, nullptr);
     png_destroy_read_struct(&png, &info, nullptr);
 }
-
-namespace {
 
 std::vector<std::uint8_t> content(const std::string& path) {
     std::vector<std::uint8_t> bytes(std::filesystem::file_size(path));

@@ -10,10 +10,6 @@ void writeJPEG(const std::string& path, int width, int height);
 /// The same as PNG, RGB, not interlaced.
 void writePNG(const std::string& path, int width, int height);
 
-/// Decode a picture with its library alone, row by row, and throw the rows away.
-void decodeJPEG(const std::string& path);
-void decodePNG(const std::string& path);
-
 /// Decodes a picture of any of JPEG, PNG, WebP, HEIC and AVIF with its library alone, or reads another file,
 /// and throws the pixels away. The end of the path tells the format.
 void decode(const std::string& path);

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "TestPictures.h"
+#include "harness/TemporaryFolder.h"
 #include "imaging/AttachmentIdentity.h"
 #include "platform/SHA256.h"
 
@@ -57,6 +59,20 @@ void hash(std::span<const char> bytes) {
     static_cast<void>(hash.finish());
 }
 
+bool hasVips() {
+    return std::system("command -v vips >/dev/null") == 0;
+}
+
+void decodeByVips(const std::string& path) {
+    if (std::system(("vips avg '" + path + "' >/dev/null").c_str()) != 0) std::exit(1);
+}
+
+std::string cell(Times& times) {
+    std::array<char, 32> text;
+    std::snprintf(text.data(), text.size(), " %.1f |", times.median());
+    return text.data();
+}
+
 /// The contestants take turns, so that what else the machine does hits them alike.
 void compare(const std::string& path, int rounds) {
     const auto identity = HelperIO::attachmentIdentity(path);
@@ -65,29 +81,40 @@ void compare(const std::string& path, int rounds) {
         static_cast<std::size_t>(*identity.pixelWidth) * static_cast<std::size_t>(*identity.pixelHeight) * 4,
         1);
     const auto bytes = content(path);
-    Times whole, decoding, hashingPixels, hashingFile;
+    const bool isVipsThere = hasVips();
+    Times whole, decoding, hashingPixels, hashingFile, vips;
     for (int i = 0; i < rounds; ++i) {
-        whole.measure([&] { static_cast<void>(HelperIO::attachmentIdentity(path)); });
+        whole.measure([&] { HelperIO::attachmentIdentity(path); });
         decoding.measure([&] { bench::decode(path); });
         hashingPixels.measure([&] { hash(pixels); });
         hashingFile.measure([&] { hash(bytes); });
+        if (isVipsThere) vips.measure([&] { decodeByVips(path); });
     }
     const double sum = decoding.median() + hashingPixels.median() + hashingFile.median();
-    std::printf("| %s | %.1f | %.1f | %.1f | %.1f | %.2f |\n", std::filesystem::path(path).filename().c_str(),
-                whole.median(), decoding.median(), hashingPixels.median(), hashingFile.median(),
-                whole.median() / sum);
+    std::printf("| %s |%s%s%s%s %.2f |%s\n", std::filesystem::path(path).filename().c_str(),
+                cell(whole).c_str(), cell(decoding).c_str(), cell(hashingPixels).c_str(),
+                cell(hashingFile).c_str(), whole.median() / sum, isVipsThere ? cell(vips).c_str() : " - |");
     std::fflush(stdout);
 }
 
 }  // namespace
 
-/// quorvantis-speed-benchmark ROUNDS PICTURE...: the processor time of the identity of each picture, in
+/// quorvantis-picture-benchmark [PICTURE...]: the processor time of the identity of each picture, in
 /// milliseconds, beside that of its parts, each alone: the library's decoding, SHA-256 of the pixels and of
-/// the file.
+/// the file; and of libvips, where it is installed, which decodes the picture and sums up its pixels. Without
+/// pictures it makes some.
 int main(int count, char** arguments) {
-    if (count < 3) return 2;
+    constexpr int rounds = 5;
+    std::vector<std::string> pictures(arguments + 1, arguments + count);
+    const harness::TemporaryFolder folder;
+    if (pictures.empty()) {
+        pictures = {folder / "24-megapixels.jpg", folder / "8-megapixels.png", folder / "200x200.png"};
+        bench::writeJPEG(pictures[0], 6000, 4000);
+        bench::writePNG(pictures[1], 3840, 2160);
+        bench::writePNG(pictures[2], 200, 200);
+    }
     std::puts(
-        "| Picture | identity | decoding | pixels' SHA-256 | file's SHA-256 | identity / sum |\n"
-        "|---|---|---|---|---|---|");
-    for (int i = 2; i < count; ++i) compare(arguments[i], std::atoi(arguments[1]));
+        "| Picture | identity | decoding | pixels' SHA-256 | file's SHA-256 | identity / sum | libvips |\n"
+        "|---|---|---|---|---|---|---|");
+    for (const auto& picture : pictures) compare(picture, rounds);
 }
