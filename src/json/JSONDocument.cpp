@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <boost/config.hpp>
+#include <cstddef>
 #include <cstdint>
 #include <forward_list>
 #include <limits>
