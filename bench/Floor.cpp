@@ -8,6 +8,7 @@
 #include <string_view>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -32,7 +33,8 @@ static void recordSession() {
     chmod(path.c_str(), 0600);
 }
 
-static std::string exchange(std::string_view query) {
+static std::string_view exchange(std::string_view query) {
+    static std::string reply;  // its memory is kept
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     std::snprintf(address.sun_path, sizeof address.sun_path, "%s/Runtime/quorvantis.sock", folder.c_str());
@@ -41,22 +43,31 @@ static std::string exchange(std::string_view query) {
     if (connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
         write(connection, request.data(), request.size()) < 0)
         std::exit(1);
-    std::string reply;
+    reply.clear();
     char bytes[4096];
     for (ssize_t count; !reply.ends_with('\n') && (count = read(connection, bytes, sizeof bytes)) > 0;)
         reply.append(bytes, static_cast<std::size_t>(count));
     close(connection);
-    reply.pop_back();
-    return reply;
+    return std::string_view(reply).substr(0, reply.size() - 1);
 }
 
-static std::string result(std::string_view line) {
-    if (line.find("tools/list") != line.npos) return "{\"tools\":[" + std::string(7900, ' ') + "]}";
+static std::string_view result(std::string_view line) {
+    static const std::string tools = "{\"tools\":[" + std::string(7900, ' ') + "]}";
+    if (line.find("tools/list") != line.npos) return tools;
     const std::string_view key = "\"query\":\"";
     const auto query = line.find(key);
     if (query == line.npos) return "{}";
     const auto rest = line.substr(query + key.size());
     return exchange(rest.substr(0, rest.find('"')));
+}
+
+static bool answer(std::string_view result) {
+    const std::string_view start = R"({"jsonrpc":"2.0","id":1,"result":)", end = "}\n";
+    const auto part = [](std::string_view text) {
+        return iovec{const_cast<char*>(text.data()), text.size()};
+    };
+    const iovec parts[] = {part(start), part(result), part(end)};
+    return writev(STDOUT_FILENO, parts, 3) > 0;
 }
 
 int main(int, char** arguments) {
@@ -71,8 +82,7 @@ int main(int, char** arguments) {
         for (std::size_t end; (end = lines.find('\n')) != lines.npos; lines.erase(0, end + 1)) {
             const std::string_view line(lines.data(), end);
             if (line.find("initialize") != line.npos) recordSession();
-            const std::string answer = R"({"jsonrpc":"2.0","id":1,"result":)" + result(line) + "}\n";
-            if (write(STDOUT_FILENO, answer.data(), answer.size()) < 0) return 1;
+            if (!answer(result(line))) return 1;
         }
     }
 }

@@ -47,9 +47,12 @@ std::string reply(const std::string& requestID, std::size_t size) {
     return reply + "]}\n";
 }
 
-std::string readLine(int descriptor) {
-    static std::vector<char> bytes(1 << 20);
-    std::string line;
+/// Returns a string that the next call in this thread writes over: to make one takes time that others would
+/// be blamed for.
+const std::string& readLine(int descriptor) {
+    thread_local std::vector<char> bytes(1 << 20);
+    thread_local std::string line;
+    line.clear();
     while (!line.ends_with('\n')) {
         const ssize_t count = read(descriptor, bytes.data(), bytes.size());
         expect(count > 0, "the end of a line is missing");
@@ -102,7 +105,7 @@ void Place::serve() const {
     for (;;) {
         const platform::Descriptor connection(accept(listener_.get(), nullptr, nullptr));
         if (!connection) return;
-        const std::string request = readLine(connection.get());
+        const std::string& request = readLine(connection.get());
         const std::string id = member(request, "requestID"), size = member(request, "query");
         if (size != lastSize) last = reply(id, std::stoul(lastSize = size));
         const auto place = last.find("requestID\":\"") + 12;
@@ -131,8 +134,10 @@ void Session::search(std::size_t size) {
 
 void Session::request(const std::string& members) {
     send(input_.get(), R"({"jsonrpc":"2.0","id":1,)" + members + "}\n");
-    const std::string answer = readLine(output_.get());
-    expect(answer.find("\"isError\":true") == answer.npos, "a call failed");
+    const std::string& answer = readLine(output_.get());
+    const std::string_view end =
+        std::string_view(answer).substr(answer.size() - std::min(answer.size(), std::size_t{40}));
+    expect(end.find("\"isError\":true") == end.npos, "a call failed");
 }
 
 void Session::end() {
