@@ -23,7 +23,6 @@ namespace {
 
 using platform::Descriptor;
 
-constexpr std::size_t maximumReplySize = 1'048'576;
 constexpr std::size_t readSize = 4096;
 constexpr timeval timeout = {.tv_sec = 2, .tv_usec = 0};
 

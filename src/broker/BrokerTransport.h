@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -8,6 +9,9 @@
 
 /// Exchanges bytes with the broker over a Unix domain stream socket, one connection per request.
 namespace quorvantis::BrokerTransport {
+
+/// In bytes, the line feed included.
+inline constexpr std::size_t maximumReplySize = 1'048'576;
 
 struct Address {
     sockaddr_un name;

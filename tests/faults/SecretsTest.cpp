@@ -52,7 +52,7 @@ TEST(SecretsTest, StayInTheirFile) {
         chmod(file.c_str(), 0600);  // as the application leaves them
     Sightings seen;
 
-    ChildProcess standin({{QUORVANTIS_STANDIN, "-r", "--folder", folder, "--images", workspace / "images"}});
+    ChildProcess standin({{QUORVANTIS_STANDIN, "--refuse-history", "--folder", folder, "--images", workspace / "images"}});
     lookAt("stand-in's decoder", decoderOf(standin.id()), seen);
     while (seen["stand-in, output"].find("Serving") == std::string::npos)
         readLines("stand-in", standin, seen, 1);
@@ -90,7 +90,7 @@ TEST(SecretsTest, StayInTheirFile) {
     ChildProcess(installation.launch())
         .expectEnd(1, "Invalid pairing request: Client credential is invalid.\n");
 
-    EXPECT_EQ(seen.size(), 11u);
+    EXPECT_EQ(seen.size(), 13u);
     for (const auto& [where, text] : seen)
         for (const auto form : {"secret", "c2VjcmV0", "736563726574"})  // in Base64 and hexadecimal digits
             EXPECT_EQ(text.find(form), text.npos) << where << ": " << text;

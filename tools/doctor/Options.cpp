@@ -2,9 +2,9 @@
 
 #include <array>
 #include <getopt.h>
-#include <stdexcept>
 #include <string>
 
+#include "OptionReader.h"
 #include "support/Paths.h"
 
 namespace quorvantis::doctor {
@@ -33,31 +33,20 @@ constexpr std::array<option, 5> longOptions = {{
     {nullptr, 0, nullptr, 0},
 }};
 
-[[noreturn]] void fail(const std::string& message) {
-    throw std::runtime_error(message + " Try --help.");
-}
-
-void take(Options& options, int letter, const char* word) {
-    switch (letter) {
-        case 'f': options.folder = absolutePath(optarg); return;
-        case 'c': options.client = optarg; return;
-        case 'j': options.wantsJSON = true; return;
-        case 'h': options.wantsHelp = true; return;
-        case ':': fail(std::string("The option ") + word + " needs a value.");
-        default: fail(std::string("Unknown option ") + word + ".");
-    }
-}
-
 }  // namespace
 
 Options parsedOptions(int count, char** arguments) {
     Options options;
-    opterr = 0;
-    for (int letter; (letter = getopt_long(count, arguments, ":f:c:jh", longOptions.data(), nullptr)) != -1;)
-        take(options, letter, arguments[optind - 1]);
-    options.agents.assign(arguments + optind, arguments + count);
+    options.agents = readOptions(count, arguments, longOptions, [&](int letter, const char* value) {
+        switch (letter) {
+            case 'f': options.folder = absolutePath(value); return;
+            case 'c': options.client = value; return;
+            case 'j': options.wantsJSON = true; return;
+            case 'h': options.wantsHelp = true; return;
+        }
+    });
     if (options.client && options.agents.size() != 1 && !options.wantsHelp)
-        fail("Name one agent after --config " + *options.client + ".");
+        failWithHint("Name one agent after --config " + *options.client + ".");
     return options;
 }
 

@@ -11,6 +11,7 @@
 #include "json/JSON.h"
 #include "json/JSONDocument.h"
 #include "json/JSONWriter.h"
+#include "support/HelperIO.h"
 
 namespace quorvantis::standin {
 
@@ -28,7 +29,8 @@ std::string Broker::handle(std::string_view text) const {
     } catch (const std::exception& failure) {
         log("refused: " + std::string(failure.what()));
         JSONWriter refusal(Slashes::escaped);
-        refusal.object("version", 1, "requestID", requestID, "ok", false, "error", failure.what());
+        refusal.object("version", 1, "requestID", requestID, "ok", false, "error",
+                       HelperIO::oneLine(failure.what()));
         return refusal.take() + "\n";
     }
 }

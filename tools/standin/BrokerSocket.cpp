@@ -6,9 +6,11 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/time.h>
@@ -20,6 +22,7 @@
 #include "broker/BrokerTransport.h"
 #include "platform/Descriptors.h"
 #include "support/Files.h"
+#include "support/Paths.h"
 
 namespace quorvantis::standin {
 
@@ -32,29 +35,32 @@ constexpr std::size_t maximumRequestSize = 1'048'576;  // bytes
 constexpr int backlog = 64;
 constexpr std::size_t maximumClients = 256;
 constexpr std::chrono::seconds patience(2);
+constexpr std::chrono::minutes neglect(1);
 constexpr timeval timeout = {.tv_sec = patience.count(), .tv_usec = 0};
 
-void removeStaleSocket(const std::string& path) {
-    struct stat status;
-    if (lstat(path.c_str(), &status) != 0) return;
-    if (!S_ISSOCK(status.st_mode)) throw std::runtime_error(path + " is not a socket.");
-    if (BrokerClient::isLocalReachable(path))
+[[noreturn]] void fail(const std::string& path, int code) {
+    throw std::runtime_error(path + ": " + FileError::system(code).what());
+}
+
+Descriptor lockedFolder(const std::string& path) {
+    Descriptor folder(open(parentPath(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder) fail(path, errno);
+    if (flock(folder.get(), LOCK_EX | LOCK_NB) != 0 || BrokerClient::isLocalReachable(path))
         throw std::runtime_error("Another application already serves " + path + ".");
-    unlink(path.c_str());
+    return folder;
 }
 
 Descriptor listenAt(const std::string& path) {
     const auto address = BrokerTransport::address(path);
-    if (!address) throw std::runtime_error(path + " is too long for a socket: 103 bytes at most.");
     Descriptor listener = platform::openLocalSocket();
-    if (!listener) throw FileError::system(errno);
+    if (!address || !listener) fail(path, errno);
     const mode_t mask = umask(0177);
     const bool isBound = bind(listener.get(), address->get(), address->length) == 0;
     const int code = errno;
     umask(mask);
-    if (!isBound) throw FileError::system(code);
+    if (!isBound) fail(path, code);
     fcntl(listener.get(), F_SETFL, O_NONBLOCK);  // a client may be gone before it is accepted
-    if (listen(listener.get(), backlog) != 0) throw FileError::system(errno);
+    if (::listen(listener.get(), backlog) != 0) fail(path, errno);
     return listener;
 }
 
@@ -86,13 +92,24 @@ void send(const Descriptor& client, std::string_view reply) {
 
 }  // namespace
 
-BrokerSocket::BrokerSocket(std::string path) : path_(std::move(path)) {
-    removeStaleSocket(path_);
+void BrokerSocket::checkLength(const std::string& path) {
+    if (!BrokerTransport::address(path))
+        throw std::runtime_error(path + " is too long for a socket: 103 bytes at most.");
+}
+
+BrokerSocket::BrokerSocket(std::string path) : path_(std::move(path)), lock_(lockedFolder(path_)) {
+    struct stat status;
+    if (lstat(path_.c_str(), &status) == 0 && !S_ISSOCK(status.st_mode))
+        throw std::runtime_error(path_ + " is not a socket.");
+}
+
+void BrokerSocket::listen() {
+    unlink(path_.c_str());
     listener_ = listenAt(path_);
 }
 
 BrokerSocket::~BrokerSocket() {
-    unlink(path_.c_str());
+    if (listener_) unlink(path_.c_str());
 }
 
 void BrokerSocket::addTo(std::vector<pollfd>& waiting) const {
@@ -108,14 +125,17 @@ void BrokerSocket::acceptClients() {
     }
 }
 
-void BrokerSocket::serve(const std::function<std::string(std::string_view)>& handle) {
+void BrokerSocket::serve(const std::function<std::optional<std::string>(std::string_view)>& handle) {
     acceptClients();
     std::erase_if(clients_, [&](Client& client) {
         const bool goesOn = readSome(client.connection, client.request) && Clock::now() < client.deadline;
         if (!client.request.ends_with('\n') || client.request.size() > maximumRequestSize) return !goesOn;
         fcntl(client.connection.get(), F_SETFL, 0);
-        send(client.connection, handle(client.request));
-        return true;
+        const auto reply = handle(client.request);
+        if (reply) send(client.connection, *reply);
+        client.request.clear();
+        client.deadline += neglect;
+        return reply.has_value();
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <poll.h>
 #include <string>
 #include <string_view>
@@ -11,22 +12,29 @@
 
 namespace quorvantis::standin {
 
-/// A listening Unix domain socket of mode 0600. The destructor removes it.
+/// A Unix domain socket of mode 0600. The destructor removes it.
 class BrokerSocket {
   public:
-    /// Listens at the path, and replaces a socket there that has no listener. Throws std::runtime_error if it
-    /// has one, if the path is too long for a socket, or if it names something else.
+    /// Throws std::runtime_error if the path is too long for a socket.
+    static void checkLength(const std::string& path);
+
+    /// Takes the path, whose folder must exist, so that no other of these can. Throws std::runtime_error if
+    /// somebody serves it, or if it names something that is no socket.
     explicit BrokerSocket(std::string path);
     BrokerSocket(const BrokerSocket&) = delete;
     BrokerSocket& operator=(const BrokerSocket&) = delete;
     ~BrokerSocket();
 
+    /// Listens at the path; replaces a socket there that has no listener. Throws std::runtime_error.
+    void listen();
+
     /// Adds what becomes ready for reading when a client connects or sends something.
     void addTo(std::vector<pollfd>& waiting) const;
 
     /// Accepts connections and reads what has arrived. Sends what `handle` returns for each whole request
-    /// line. A client that sends no whole line within 2 seconds, or more than 1 MiB, gets no reply.
-    void serve(const std::function<std::string(std::string_view request)>& handle);
+    /// line, and closes the connection; where that is empty, the client is left waiting for a minute. A
+    /// client that sends no whole line within 2 seconds, or more than 1 MiB, gets no reply.
+    void serve(const std::function<std::optional<std::string>(std::string_view request)>& handle);
 
   private:
     struct Client {
@@ -38,6 +46,7 @@ class BrokerSocket {
     void acceptClients();
 
     std::string path_;
+    platform::Descriptor lock_;  // of the socket's folder
     platform::Descriptor listener_;
     std::vector<Client> clients_;
 };

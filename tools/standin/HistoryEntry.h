@@ -2,11 +2,9 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <tuple>
 #include <vector>
 
-#include "ImageLibrary.h"
 #include "json/JSONRecord.h"
 #include "state/HistoryRecords.h"
 
@@ -29,11 +27,5 @@ struct HistoryEntry {
                           Field("text", &M::text), Field("filePaths", &M::filePaths));
     }
 };
-
-/// The entry of a text that is copied now.
-HistoryEntry textEntry(std::string_view text);
-
-/// The entries of the images, each as if its file had been copied when it was last modified.
-std::vector<HistoryEntry> imageEntries(const ImageLibrary& library);
 
 }  // namespace quorvantis::standin

@@ -1,17 +1,22 @@
-#include <algorithm>
 #include <cstddef>
+#include <functional>
+#include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "History.h"
 #include "HistoryEntry.h"
-#include "HistoryFile.h"
 #include "Operations.h"
+#include "SearchText.h"
+#include "broker/BrokerTransport.h"
 #include "json/Date.h"
 #include "json/JSON.h"
 #include "json/JSONRecord.h"
 #include "json/JSONWriter.h"
+#include "json/UUID.h"
 
 namespace quorvantis::standin {
 
@@ -32,42 +37,75 @@ void writeSummary(const HistoryEntry& entry, JSONWriter& writer) {
     writer.endObject();
 }
 
-void writeEntries(const std::vector<HistoryEntry>& entries, std::size_t limit, JSONWriter& reply) {
+void writeEntries(const std::vector<std::string>& summaries, JSONWriter& reply) {
     reply.key("entries");
     reply.beginArray();
-    for (std::size_t i = 0; i < std::min(entries.size(), limit); ++i) writeSummary(entries[i], reply);
+    for (const std::string& summary : summaries) reply.literal(summary);
     reply.endArray();
 }
 
-void searchHistory(const HistoryFile& history, JSON request, JSONWriter& reply) {
+/// In bytes, for all summaries of a reply. The rest of it, with the request's identifier, is shorter.
+constexpr std::size_t room = BrokerTransport::maximumReplySize - 8192;
+
+std::string summaryOf(const HistoryEntry& entry) {
+    JSONWriter writer(Slashes::escaped);
+    writeSummary(entry, writer);
+    return writer.take();
+}
+
+void searchHistory(History& history, JSON request, JSONWriter& reply) {
     const auto query = request["query"].string();
     const auto limit = request["limit"].integer();
     if (!query || !limit || *limit < 1) throw std::runtime_error("search_history needs a query and a limit");
-    const auto found = history.matching(*query);
-    reply.members("matched", !found.empty());
-    writeEntries(found, static_cast<std::size_t>(*limit), reply);
+    std::vector<std::string> summaries;
+    std::size_t size = 0;
+    bool matched = false;
+    history.search(SearchQuery(*query), [&](const HistoryEntry& entry) {
+        matched = true;
+        std::string summary = summaryOf(entry);
+        if (summary.size() > room) return true;
+        size += summary.size() + 1;
+        if (size > room) return false;
+        summaries.push_back(std::move(summary));
+        return summaries.size() < static_cast<std::size_t>(*limit);
+    });
+    reply.members("matched", matched);
+    writeEntries(summaries, reply);
 }
 
-void getHistoryItem(const HistoryFile& history, JSON request, JSONWriter& reply) {
+void getHistoryItem(History& history, JSON request, JSONWriter& reply) {
     const auto entryID = request["entryID"].string();
     if (!entryID) throw std::runtime_error("get_history_item needs an entryID");
-    std::vector<HistoryEntry> found;
-    if (auto entry = history.entry(*entryID)) found.push_back(std::move(*entry));
-    writeEntries(found, 1, reply);
+    const auto id = UUID::parse(*entryID);
+    const auto entry = id ? history.entry(*id) : std::nullopt;
+    std::vector<std::string> summaries;
+    if (entry) summaries.push_back(summaryOf(*entry));
+    if (entry && summaries[0].size() > room) throw std::runtime_error("The entry is too large for a reply");
+    writeEntries(summaries, reply);
 }
 
 }  // namespace
 
-void addHistoryOperations(Operations& operations, const HistoryFile& history, bool isRefused) {
+void addHistoryOperations(Operations& operations, History& history,
+                          const std::set<std::string, std::less<>>& refusedAgents) {
+    const auto isRefused = [refusedAgents](JSON request) {
+        return refusedAgents.contains(request["agent"].string().value_or(""));
+    };
     const auto add = [&](const char* name, auto operation) {
         operations[name] = [&history, isRefused, operation](JSON request, JSONWriter& reply) {
-            if (isRefused)
+            if (isRefused(request))
                 throw std::runtime_error("The user has not given this agent access to the full history");
             operation(history, request, reply);
         };
     };
     add("search_history", searchHistory);
     add("get_history_item", getHistoryItem);
+    operations["status"] = [&history, isRefused](JSON request, JSONWriter& reply) {
+        reply.members("running", true, "applicationName", "Quorvantis stand-in",  //
+                      "fullHistoryAccess", !isRefused(request),                   //
+                      "historyEntryCount", history.entryCount(),                  //
+                      "imageCount", history.pictureCount());
+    };
 }
 
 }  // namespace quorvantis::standin

@@ -4,22 +4,24 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <dirent.h>
-#include <errno.h>
-#include <memory>
+#include <filesystem>
 #include <optional>
-#include <span>
+#include <stdexcept>
 #include <string>
-#include <string_view>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
-#include "decoder/formats/Format.h"
+#include "Entries.h"
+#include "History.h"
+#include "PictureType.h"
 #include "imaging/AttachmentIdentity.h"
 #include "json/Date.h"
-#include "json/JSON.h"
 #include "json/UUID.h"
+#include "platform/FileSystem.h"
 #include "support/Files.h"
 #include "support/Paths.h"
 
@@ -27,53 +29,9 @@ namespace quorvantis::standin {
 
 namespace {
 
-constexpr double sameFileConfidence = 1, samePixelsConfidence = 0.95;
+namespace fs = std::filesystem;
 
-std::vector<std::uint8_t> startOf(const std::string& path) {
-    const ReadableFile file(path);
-    std::vector<std::uint8_t> start(decoder::recognisedBytes);
-    const ssize_t count = pread(file.descriptor().get(), start.data(), start.size(), 0);
-    start.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-    return start;
-}
-
-/// The brand, from byte 8 on, names the codec.
-std::string heifType(std::span<const std::uint8_t> start) {
-    const std::string brand(start.begin() + 8, start.begin() + 12);
-    if (brand.starts_with("avi")) return "public.avif";
-    return brand.starts_with("he") ? "public.heic" : "public.heif";
-}
-
-std::string typeOf(std::span<const std::uint8_t> start) {
-    using decoder::Format;
-    const auto format = decoder::recognisedFormat(start);
-    if (!format) return "public.data";
-    switch (*format) {
-        case Format::png: return "public.png";
-        case Format::jpeg: return "public.jpeg";
-        case Format::gif: return "com.compuserve.gif";
-        case Format::webp: return "org.webmproject.webp";
-        case Format::tiff: return "public.tiff";
-        case Format::bmp: return "com.microsoft.bmp";
-        case Format::ico: return "com.microsoft.ico";
-        case Format::heif: return heifType(start);
-        case Format::jpeg2000: return "public.jpeg-2000";
-    }
-    return "public.data";
-}
-
-std::vector<std::string> filesIn(const std::string& folder) {
-    const std::unique_ptr<DIR, int (*)(DIR*)> opened(opendir(folder.c_str()), &closedir);
-    if (!opened) throw FileError::reading(folder, errno);
-    std::vector<std::string> paths;
-    while (const dirent* entry = readdir(opened.get())) {
-        const std::string path = joinedPath(folder, entry->d_name);
-        struct stat status;
-        if (stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)) paths.push_back(path);
-    }
-    std::sort(paths.begin(), paths.end());
-    return paths;
-}
+constexpr std::size_t atATime = 8;  // files that are read before requests are answered again
 
 /// The UUID of the hash's first 32 digits.
 UUID identifierFrom(const std::string& hash) {
@@ -82,42 +40,142 @@ UUID identifierFrom(const std::string& hash) {
     return UUID::parse(text).value();
 }
 
-Asset assetOf(const std::string& path, const AttachmentIdentity& identity) {
-    struct stat status = {};
-    stat(path.c_str(), &status);
-    return {.path = path,
-            .uti = typeOf(startOf(path)),
-            .entryID = identifierFrom(identity.sha256),
-            .modifiedAt = Date::sinceEpoch(status.st_mtime),
-            .byteCount = status.st_size,
-            .identity = identity};
+std::optional<std::string> typeAt(const std::string& path) try {
+    return pictureTypeAt(path);
+} catch (const FileError&) {
+    return std::nullopt;
 }
 
 }  // namespace
 
-ImageLibrary::ImageLibrary(const std::string& folder) {
-    const auto paths = filesIn(folder);
-    const auto identities = HelperIO::attachmentIdentities(paths, std::chrono::minutes(paths.size()));
-    for (std::size_t i = 0; i < paths.size(); ++i)
-        if (identities[i]) assets_.push_back(assetOf(paths[i], *identities[i]));
+void ImageLibrary::checkFolders(const std::vector<std::string>& folders) {
+    for (const std::string& root : folders) {
+        std::error_code error;
+        static_cast<void>(fs::directory_iterator(root, error));
+        if (error) throw std::runtime_error(root + ": " + FileError::system(error.value()).what());
+    }
 }
 
-const Asset* ImageLibrary::find(std::string_view assetID) const {
-    const auto found =
-        std::find_if(assets_.begin(), assets_.end(), [&](const Asset& a) { return a.assetID() == assetID; });
-    return found == assets_.end() ? nullptr : &*found;
+std::vector<ImageLibrary::File> ImageLibrary::files() {
+    const std::string own = parentPath(history_.database().path());
+    std::vector<File> found;
+    folders_ = roots_;
+    for (const std::string& root : roots_) {
+        std::error_code error;
+        fs::recursive_directory_iterator entry(root, fs::directory_options::skip_permission_denied, error);
+        for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+            const std::string path = entry->path().native();
+            std::error_code gone;
+            if (path == own) entry.disable_recursion_pending();
+            if (path != own && entry->symlink_status(gone).type() == fs::file_type::directory)
+                folders_.push_back(path);
+            struct stat status;
+            if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) continue;
+            const timespec changed = platform::changeTime(status);
+            found.push_back(
+                {path, status.st_size, changed.tv_sec * 1'000'000'000 + changed.tv_nsec, status.st_mtime});
+        }
+    }
+    return found;
 }
 
-std::optional<Match> ImageLibrary::match(JSON attachment) const {
-    for (const char* key : {"assetID", "sha256"})
-        if (const Asset* asset = find(attachment[key].string().value_or("")))
-            return Match{asset, sameFileConfidence};
-    const auto pixelHash = attachment["pixelHash"].string();
-    if (!pixelHash) return std::nullopt;
-    const auto found = std::find_if(assets_.begin(), assets_.end(), [&](const Asset& asset) {
-        return asset.identity.pixelHash == pixelHash;
+void ImageLibrary::look() {
+    auto present = files();
+    std::unordered_map<std::string, const File*> files;
+    for (const File& file : present) files[file.path] = &file;
+    std::vector<std::string> gone, withoutEntry, lost;
+    history_.database().inTransaction([&] {
+        {
+            Rows rows = history_.database().run(
+                "select path, size, changedAt, pixelHash is not null, entry is not null from knownFile");
+            while (rows.next()) {
+                const std::string path(rows.text(0));
+                const auto file = files.find(path);
+                const bool isPicture = rows.integer(3) != 0, hasEntry = rows.integer(4) != 0;
+                const bool isSame = file != files.end() && file->second->size == rows.integer(1) &&
+                                    file->second->changedAt == rows.integer(2);
+                if (!isSame && hasEntry) gone.push_back(path);
+                if (file == files.end() && access(path.c_str(), F_OK) != 0) lost.push_back(path);
+                if (isSame && isPicture && !hasEntry) withoutEntry.push_back(path);
+                if (isSame) files.erase(file);
+            }
+        }
+        for (const std::string& path : gone) forgetEntry(path);
+        for (const std::string& path : lost)
+            history_.database().run("delete from knownFile where path = ?", path);
+        for (const std::string& path : withoutEntry) addEntry(path);
     });
-    return found == assets_.end() ? std::nullopt : std::optional(Match{&*found, samePixelsConfidence});
+    std::erase_if(present, [&](const File& file) { return !files.contains(file.path); });
+    unread_ = std::move(present);
+}
+
+void ImageLibrary::readSome() {
+    std::vector<File> next(unread_.end() - static_cast<std::ptrdiff_t>(std::min(atATime, unread_.size())),
+                           unread_.end());
+    unread_.resize(unread_.size() - next.size());
+    remember(next);
+}
+
+void ImageLibrary::remember(const std::vector<File>& files) {
+    std::vector<std::optional<std::string>> types;
+    std::vector<std::string> pictures;
+    for (const File& file : files) {
+        types.push_back(typeAt(file.path));
+        if (types.back()) pictures.push_back(file.path);
+    }
+    const auto identities = HelperIO::attachmentIdentities(pictures, std::chrono::minutes(pictures.size()));
+    history_.database().inTransaction([&] {
+        auto identity = identities.begin();
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            const auto known = types[i] ? (identity++)->value_or(AttachmentIdentity()) : AttachmentIdentity();
+            const auto& [path, size, changedAt, modifiedAt] = files[i];
+            forgetEntry(path);
+            history_.database().run(
+                "insert or replace into knownFile values (?, ?, ?, ?, ?, ?, ?, ?, ?, null)", path, size,
+                changedAt, known.sha256, known.pixelHash, known.pixelWidth, known.pixelHeight, types[i],
+                Date::sinceEpoch(modifiedAt));
+            if (known.pixelHash) addEntry(path);
+        }
+    });
+}
+
+void ImageLibrary::forgetEntry(const std::string& path) {
+    std::optional<std::int64_t> entry;
+    {
+        Rows rows = history_.database().run("select entry from knownFile where path = ?", path);
+        if (rows.next()) rows.read(0, entry);
+    }
+    if (entry) history_.erase(*entry);
+}
+
+void ImageLibrary::addEntry(const std::string& path) {
+    DecodedPicture picture = {.path = path};
+    Date modifiedAt;
+    {
+        Rows rows = history_.database().run(
+            "select size, uti, modifiedAt, sha256, pixelHash, pixelWidth, pixelHeight from knownFile where path = ?",
+            path);
+        if (!rows.next()) return;
+        rows.read(0, picture.byteCount);
+        rows.read(1, picture.uti);
+        rows.read(2, modifiedAt);
+        rows.read(3, picture.identity.sha256);
+        rows.read(4, picture.identity.pixelHash);
+        rows.read(5, picture.identity.pixelWidth);
+        rows.read(6, picture.identity.pixelHeight);
+    }
+    picture.name = pictureName(path, picture.identity.sha256, picture.uti);
+    // Of several files with the same bytes one has an entry.
+    const auto number =
+        history_.insert(pictureEntry(identifierFrom(picture.identity.sha256), modifiedAt, picture));
+    if (number) history_.database().run("update knownFile set entry = ? where path = ?", *number, path);
+}
+
+std::string ImageLibrary::fileNamed(const std::string& name) const {
+    Rows rows = history_.database().run("select path, sha256 from knownFile where entry is not null");
+    while (rows.next())
+        if (lastPathComponent(rows.text(0)) == name) return std::string(rows.text(1));
+    throw std::runtime_error("There is no picture \"" + name + "\" in the folders of pictures.");
 }
 
 }  // namespace quorvantis::standin

@@ -1,19 +1,23 @@
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "ImageLibrary.h"
+#include "History.h"
 #include "Operations.h"
+#include "PictureType.h"
 #include "Workspace.h"
 #include "json/JSON.h"
 #include "json/JSONWriter.h"
 #include "json/NumberText.h"
-#include "support/Paths.h"
 
 namespace quorvantis::standin {
 
 namespace {
+
+constexpr double sameFileConfidence = 1, samePixelsConfidence = 0.95;
 
 std::string requiredText(JSON request, const char* key) {
     const auto value = request[key].string();
@@ -22,25 +26,41 @@ std::string requiredText(JSON request, const char* key) {
 }
 
 void writeMetadata(const Asset& asset, JSONWriter& writer) {
-    writer.members("assetID", asset.assetID(), "entryID", asset.entryID.upperCaseText(), "uti", asset.uti,
+    writer.members("assetID", asset.sha256, "entryID", asset.entryID.upperCaseText(), "uti", asset.uti,
                    "byteCount", asset.byteCount, "bitExact", true);
-    if (asset.identity.pixelHash)
-        writer.members("width", *asset.identity.pixelWidth, "height", *asset.identity.pixelHeight,
-                       "pixelHash", *asset.identity.pixelHash);
+    if (asset.pixelHash)
+        writer.members("width", asset.pixelWidth, "height", asset.pixelHeight, "pixelHash", *asset.pixelHash);
 }
 
 void writeCopy(const Asset& asset, const std::string& workspaceRoot, JSONWriter& writer) {
-    const WorkspaceFile file = copyIntoWorkspace(workspaceRoot, asset.path, asset.assetID());
+    const WorkspaceFile file = copyIntoWorkspace(
+        workspaceRoot, {asset.path, pictureName(asset.path, asset.sha256, asset.uti), asset.sha256});
     writer.beginObject();
     writeMetadata(asset, writer);
     writer.members("workspacePath", file.path, "relativePath", file.relativePath);
     writer.endObject();
 }
 
-std::vector<Match> matches(const ImageLibrary& library, JSON attachments) {
+/// A picture found for an attachment.
+struct Match {
+    Asset asset;
+    double confidence;  // that it is the one meant, from 0 to 1
+};
+
+/// The picture with the attachment's "assetID" or "sha256"; otherwise one with its "pixelHash".
+std::optional<Match> match(History& history, JSON attachment) {
+    for (const char* key : {"assetID", "sha256"})
+        if (auto asset = history.pictureOfFile(attachment[key].string().value_or("")))
+            return Match{std::move(*asset), sameFileConfidence};
+    const auto pixelHash = attachment["pixelHash"].string();
+    auto asset = pixelHash ? history.pictureOfPixels(*pixelHash) : std::nullopt;
+    return asset ? std::optional(Match{std::move(*asset), samePixelsConfidence}) : std::nullopt;
+}
+
+std::vector<Match> matches(History& history, JSON attachments) {
     std::vector<Match> found;
     for (const JSON attachment : attachments.elements())
-        if (const auto match = library.match(attachment)) found.push_back(*match);
+        if (auto match = standin::match(history, attachment)) found.push_back(std::move(*match));
     return found;
 }
 
@@ -49,21 +69,21 @@ double minimumConfidence(const std::vector<Match>& found) {
     return found.empty() ? 0 : std::min_element(found.begin(), found.end(), less)->confidence;
 }
 
-void resolve(const ImageLibrary& library, JSON request, JSONWriter& reply) {
+void resolve(History& history, JSON request, JSONWriter& reply) {
     const std::string workspaceRoot = requiredText(request, "workspaceRoot");
-    const auto found = matches(library, request["attachments"]);
+    const auto found = matches(history, request["attachments"]);
     const bool matched = !found.empty() && found.size() == request["attachments"].elements().count();
     reply.members("matched", matched);
     reply.key("confidence");
     reply.literal(shortestNumberText(minimumConfidence(found)));
     reply.key("images");
     reply.beginArray();
-    for (const Match& match : found) writeCopy(*match.asset, workspaceRoot, reply);
+    for (const Match& match : found) writeCopy(match.asset, workspaceRoot, reply);
     reply.endArray();
 }
 
-void materialize(const ImageLibrary& library, JSON request, JSONWriter& reply) {
-    const Asset* asset = library.find(requiredText(request, "assetID"));
+void materialize(History& history, JSON request, JSONWriter& reply) {
+    const auto asset = history.pictureOfFile(requiredText(request, "assetID"));
     const std::string workspaceRoot = requiredText(request, "workspaceRoot");
     reply.key("images");
     reply.beginArray();
@@ -71,8 +91,8 @@ void materialize(const ImageLibrary& library, JSON request, JSONWriter& reply) {
     reply.endArray();
 }
 
-void metadata(const ImageLibrary& library, JSON request, JSONWriter& reply) {
-    const Asset* asset = library.find(requiredText(request, "assetID"));
+void metadata(History& history, JSON request, JSONWriter& reply) {
+    const auto asset = history.pictureOfFile(requiredText(request, "assetID"));
     reply.key("images");
     reply.beginArray();
     if (asset) {
@@ -83,44 +103,28 @@ void metadata(const ImageLibrary& library, JSON request, JSONWriter& reply) {
     reply.endArray();
 }
 
-void currentPromptAssets(const CurrentPrompt& prompt, JSONWriter& reply) {
+void currentPromptAssets(History& history, const CurrentPrompt& prompt, JSONWriter& reply) {
     reply.members("matched", !prompt.images.empty());
     reply.key("images");
     reply.beginArray();
-    for (const Asset* asset : prompt.images) writeCopy(*asset, prompt.workspaceRoot, reply);
+    for (const std::string& image : prompt.images)
+        if (const auto asset = history.pictureOfFile(image)) writeCopy(*asset, prompt.workspaceRoot, reply);
     reply.endArray();
-}
-
-const Asset* imageNamed(const std::string& name, const ImageLibrary& library) {
-    const auto& assets = library.assets();
-    const auto found = std::find_if(assets.begin(), assets.end(), [&](const Asset& asset) {
-        return lastPathComponent(asset.path) == name;
-    });
-    if (found == assets.end())
-        throw std::runtime_error("There is no image \"" + name + "\" in the folder of images.");
-    return &*found;
 }
 
 }  // namespace
 
-CurrentPrompt promptWith(const std::vector<std::string>& names, const ImageLibrary& library,
-                         const std::string& workspaceRoot) {
-    CurrentPrompt prompt = {.images = {}, .workspaceRoot = workspaceRoot};
-    for (const std::string& name : names) prompt.images.push_back(imageNamed(name, library));
-    return prompt;
-}
-
-void addImageOperations(Operations& operations, const ImageLibrary& library, const CurrentPrompt& prompt) {
+void addImageOperations(Operations& operations, History& history, const CurrentPrompt& prompt) {
     const auto add = [&](const char* name, auto operation) {
-        operations[name] = [&library, operation](JSON request, JSONWriter& reply) {
-            operation(library, request, reply);
+        operations[name] = [&history, operation](JSON request, JSONWriter& reply) {
+            operation(history, request, reply);
         };
     };
     add("resolve", resolve);
     add("materialize", materialize);
     add("metadata", metadata);
-    operations["current_prompt_assets"] = [prompt](JSON, JSONWriter& reply) {
-        currentPromptAssets(prompt, reply);
+    operations["current_prompt_assets"] = [&history, prompt](JSON, JSONWriter& reply) {
+        currentPromptAssets(history, prompt, reply);
     };
 }
 

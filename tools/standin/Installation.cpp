@@ -1,10 +1,13 @@
 #include "Installation.h"
 
+#include <exception>
+#include <stdexcept>
 #include <string>
 #include <unistd.h>
 
 #include "integration/AgentManifest.h"
 #include "integration/CredentialValidator.h"
+#include "json/CodingErrors.h"
 #include "json/Date.h"
 #include "json/JSONFiles.h"
 #include "platform/Process.h"
@@ -61,8 +64,14 @@ std::string Installation::doctorCommand() const {
 }
 
 Installation registerAgent(const std::string& agent) {
-    if (access(manifestPath(agent).c_str(), F_OK) != 0) writeRegistration(agent);
-    return readRegistration(agent);
+    try {
+        if (access(manifestPath(agent).c_str(), F_OK) != 0) writeRegistration(agent);
+        return readRegistration(agent);
+    } catch (const DecodingError& failure) {
+        throw std::runtime_error(manifestPath(agent) + ": " + failure.path() + ": " + failure.what());
+    } catch (const std::exception& failure) {
+        throw std::runtime_error(manifestPath(agent) + ": " + failure.what());
+    }
 }
 
 }  // namespace quorvantis::standin

@@ -15,7 +15,8 @@ struct Installation {
 };
 
 /// Registers the agent: writes its credential and its manifest. An agent that is already registered keeps
-/// both, so that a client that was configured with them still works.
+/// both, so that a client that was configured with them still works. Throws std::runtime_error, with the
+/// manifest's path.
 Installation registerAgent(const std::string& agent);
 
 }  // namespace quorvantis::standin

@@ -2,11 +2,11 @@
 
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
-#include "HistoryFile.h"
-#include "ImageLibrary.h"
+#include "History.h"
 #include "json/JSON.h"
 #include "json/JSONWriter.h"
 
@@ -16,23 +16,19 @@ namespace quorvantis::standin {
 /// to refuse, it throws a std::exception whose text is for the agent.
 using Operations = std::map<std::string, std::function<void(JSON request, JSONWriter& reply)>, std::less<>>;
 
-/// Adds "search_history" and "get_history_item", which refuse every request when `isRefused`. The history
-/// must outlive the operations.
-void addHistoryOperations(Operations& operations, const HistoryFile& history, bool isRefused);
+/// Adds "search_history" and "get_history_item", which refuse the requests of some agents, and "status". The
+/// history must outlive the operations.
+void addHistoryOperations(Operations& operations, History& history,
+                          const std::set<std::string, std::less<>>& refusedAgents);
 
 /// What "current_prompt_assets" returns, without any hook of a client.
 struct CurrentPrompt {
-    std::vector<const Asset*> images;  // in the library; empty when there is no prompt
+    std::vector<std::string> images;  // each the SHA-256 of a picture; empty when there is no prompt
     std::string workspaceRoot;
 };
 
-/// The prompt with the images of these file names. Throws std::runtime_error with one line for the user when
-/// the library lacks one.
-CurrentPrompt promptWith(const std::vector<std::string>& names, const ImageLibrary& library,
-                         const std::string& workspaceRoot);
-
-/// Adds "resolve", "materialize", "metadata" and "current_prompt_assets". The library must outlive the
+/// Adds "resolve", "materialize", "metadata" and "current_prompt_assets". The history must outlive the
 /// operations.
-void addImageOperations(Operations& operations, const ImageLibrary& library, const CurrentPrompt& prompt);
+void addImageOperations(Operations& operations, History& history, const CurrentPrompt& prompt);
 
 }  // namespace quorvantis::standin

@@ -2,90 +2,136 @@
 
 #include <array>
 #include <getopt.h>
-#include <stdexcept>
 #include <string>
 
+#include "OptionReader.h"
 #include "integration/AgentIdentifier.h"
 #include "support/Paths.h"
 
 namespace quorvantis::standin {
 
 const char* const helpText =
-    "Usage: quorvantis-standin --folder DIR [--agent AGENT]... [--history FILE] [--refuse-history]\n"
-    "                          [--images DIR [--prompt-image NAME]... [--workspace DIR]]\n"
-    "       quorvantis-standin --folder DIR [--history FILE] --add TEXT\n"
+    "Usage: quorvantis-standin --folder DIR [--agent AGENT]... [--images DIR]...\n"
+    "           [--prompt-image NAME]... [--workspace DIR]\n"
+    "           [--refuse-history[=AGENT]]... [--fault KIND]\n"
+    "       quorvantis-standin --folder DIR --add TEXT [--kind KIND] [--source NAME]\n"
+    "       quorvantis-standin --folder DIR --import FILE\n"
+    "       quorvantis-standin --folder DIR --export | --delete ID | --clear\n"
     "\n"
-    "Stands in for the Quorvantis desktop application: prepares an application-support\n"
-    "folder, serves its broker socket, and shows which clients connect. Stop it with Ctrl-C.\n"
+    "Stands in for the Quorvantis desktop application: prepares an\n"
+    "application-support folder with a clipboard history, serves its broker socket,\n"
+    "and shows which clients connect. Stop it with Ctrl-C. The other forms change or\n"
+    "show the history, also while it is being served.\n"
     "\n"
-    "  -f, --folder DIR       the application-support folder; made when it is missing\n"
-    "  -a, --agent AGENT      an agent to register: codex, claude-code, cursor or custom-UUID;\n"
-    "                         may be given more than once; codex when left out\n"
-    "  -H, --history FILE     the history to serve; history.json in the folder when left out\n"
-    "  -r, --refuse-history   refuse the history, as for an agent without access to it\n"
-    "  -i, --images DIR       a folder of images to recognise and to hand out copies of\n"
+    "  -f, --folder DIR     the application-support folder; made when it is missing\n"
+    "  -a, --agent AGENT    an agent to register: codex, claude-code, cursor or\n"
+    "                       custom-UUID; codex when left out; may be repeated\n"
+    "  -i, --images DIR     a folder whose pictures are in the history too, like\n"
+    "                       those of its subfolders; may be repeated\n"
     "  -p, --prompt-image NAME\n"
-    "                         an image of that folder in the current prompt of a cursor session\n"
-    "  -w, --workspace DIR    the workspace of that session; the current folder when left out\n"
-    "  -t, --add TEXT         add a text to the history and exit\n"
-    "  -h, --help             print this and exit\n";
+    "                       a picture of these folders in the current prompt of a\n"
+    "                       cursor session; may be repeated\n"
+    "  -w, --workspace DIR  the workspace of that session; the current folder when\n"
+    "                       left out\n"
+    "  -r, --refuse-history[=AGENT]\n"
+    "                       refuse the history to the agent, or to all that are\n"
+    "                       registered; may be repeated\n"
+    "  -F, --fault KIND     answer wrongly, to test an agent: slow, silent, hang-up,\n"
+    "                       oversized, garbage or wrong-id\n"
+    "  -t, --add TEXT       add a copy of the text, or if it is \"-\" of what standard\n"
+    "                       input holds: a picture, text in UTF-8, or URLs of files\n"
+    "  -k, --kind KIND      what the copy is, in one word, as in \"code\"\n"
+    "  -s, --source NAME    the application that it is from\n"
+    "  -I, --import FILE    add the entries of a JSON file\n"
+    "  -E, --export         print all entries as JSON\n"
+    "  -D, --delete ID      delete an entry\n"
+    "  -C, --clear          delete all entries\n"
+    "  -h, --help           print this and exit\n"
+    "  -V, --version        print the version and exit\n";
 
 namespace {
 
-constexpr std::array<option, 10> longOptions = {{
+constexpr std::array<option, 17> longOptions = {{
     {"folder", required_argument, nullptr, 'f'},
     {"agent", required_argument, nullptr, 'a'},
-    {"history", required_argument, nullptr, 'H'},
-    {"refuse-history", no_argument, nullptr, 'r'},
     {"images", required_argument, nullptr, 'i'},
     {"prompt-image", required_argument, nullptr, 'p'},
     {"workspace", required_argument, nullptr, 'w'},
+    {"refuse-history", optional_argument, nullptr, 'r'},
+    {"fault", required_argument, nullptr, 'F'},
     {"add", required_argument, nullptr, 't'},
+    {"kind", required_argument, nullptr, 'k'},
+    {"source", required_argument, nullptr, 's'},
+    {"import", required_argument, nullptr, 'I'},
+    {"export", no_argument, nullptr, 'E'},
+    {"delete", required_argument, nullptr, 'D'},
+    {"clear", no_argument, nullptr, 'C'},
     {"help", no_argument, nullptr, 'h'},
+    {"version", no_argument, nullptr, 'V'},
     {nullptr, 0, nullptr, 0},
 }};
 
-[[noreturn]] void fail(const std::string& message) {
-    throw std::runtime_error(message + " Try --help.");
+using Task = Options::Task;
+
+void setTask(Options& options, Task task, const char* subject = "") {
+    if (options.task != Task::serve && task < Task::showHelp)
+        failWithHint("Name one of --add, --import, --export, --delete and --clear.");
+    if (options.task < Task::showHelp) options.task = task;
+    options.subject = subject;
 }
 
-void take(Options& options, int letter, const char* word) {
+Fault requiredFault(const std::string& name) {
+    const auto fault = faultNamed(name);
+    if (!fault) failWithHint("\"" + name + "\" is no fault.");
+    return *fault;
+}
+
+const std::string& validAgent(const std::string& agent) {
+    if (!AgentIdentifier::isValid(agent)) failWithHint("\"" + agent + "\" is no agent identifier.");
+    return agent;
+}
+
+void take(Options& options, int letter, const char* value) {
     switch (letter) {
-        case 'f': options.folder = absolutePath(optarg); return;
-        case 'a': options.agents.emplace_back(optarg); return;
-        case 'H': options.history = absolutePath(optarg); return;
-        case 'r': options.refusesHistory = true; return;
-        case 'i': options.images = absolutePath(optarg); return;
-        case 'p': options.promptImages.emplace_back(optarg); return;
-        case 'w': options.workspace = absolutePath(optarg); return;
-        case 't': options.addedText = optarg; return;
-        case 'h': options.wantsHelp = true; return;
-        case ':': fail(std::string("The option ") + word + " needs a value.");
-        default: fail(std::string("Unknown option ") + word + ".");
+        case 'f': options.folder = absolutePath(value); return;
+        case 'a': options.agents.push_back(validAgent(value)); return;
+        case 'i': options.images.push_back(absolutePath(value)); return;
+        case 'p': options.promptImages.emplace_back(value); return;
+        case 'w': options.workspace = absolutePath(value); return;
+        case 'r': options.refusedAgents.insert(value ? validAgent(value) : ""); return;
+        case 'F': options.fault = requiredFault(value); return;
+        case 'k': options.hints.kind = value; return;
+        case 's': options.hints.source = value; return;
+        case 't': return setTask(options, Task::add, value);
+        case 'I': return setTask(options, Task::import, value);
+        case 'E': return setTask(options, Task::exportAll);
+        case 'D': return setTask(options, Task::remove, value);
+        case 'C': return setTask(options, Task::clear);
+        case 'h': return setTask(options, Task::showHelp);
+        case 'V': return setTask(options, Task::showVersion);
     }
 }
 
 void complete(Options& options) {
-    if (options.folder.empty()) fail("Name a folder with --folder.");
+    if (options.folder.empty()) failWithHint("Name a folder with --folder.");
+    if ((options.hints.kind || options.hints.source) && options.task != Task::add)
+        failWithHint("--kind and --source go with --add.");
     if (options.images.empty() && !options.promptImages.empty())
-        fail("Name the folder of the prompt's images with --images.");
-    if (options.history.empty()) options.history = joinedPath(options.folder, "history.json");
+        failWithHint("Name the folder of the prompt's pictures with --images.");
     if (options.workspace.empty()) options.workspace = absolutePath("");
     if (options.agents.empty()) options.agents = {"codex"};
-    for (const std::string& agent : options.agents)
-        if (!AgentIdentifier::isValid(agent)) fail("\"" + agent + "\" is no agent identifier.");
+    if (options.refusedAgents.contains(""))
+        options.refusedAgents.insert(options.agents.begin(), options.agents.end());
 }
 
 }  // namespace
 
 Options parsedOptions(int count, char** arguments) {
     Options options;
-    opterr = 0;
-    for (int letter;
-         (letter = getopt_long(count, arguments, ":f:a:H:ri:p:w:t:h", longOptions.data(), nullptr)) != -1;)
-        take(options, letter, arguments[optind - 1]);
-    if (optind < count) fail(std::string("Unexpected argument ") + arguments[optind] + ".");
-    if (!options.wantsHelp) complete(options);
+    const auto others = readOptions(count, arguments, longOptions,
+                                    [&](int letter, const char* value) { take(options, letter, value); });
+    if (!others.empty()) failWithHint("Unexpected argument " + others[0] + ".");
+    if (options.task < Task::showHelp) complete(options);
     return options;
 }
 

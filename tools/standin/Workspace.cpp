@@ -63,10 +63,9 @@ bool createCopy(const Descriptor& folder, const std::string& name, const std::st
 
 }  // namespace
 
-WorkspaceFile copyIntoWorkspace(const std::string& workspaceRoot, const std::string& file,
-                                const std::string& hash) {
+WorkspaceFile copyIntoWorkspace(const std::string& workspaceRoot, const Original& original) {
     const Descriptor folder = openImageFolder(workspaceRoot);
-    const std::string name = lastPathComponent(file);
+    const auto& [file, name, hash] = original;
     for (const std::string& candidate : {name, hash.substr(0, 16) + "-" + name}) {
         const std::string relativePath = joinedPath(imageFolder, candidate);
         const std::string path = joinedPath(workspaceRoot, relativePath);

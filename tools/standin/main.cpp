@@ -1,17 +1,24 @@
 #include <csignal>
+#include <cstddef>
 #include <cstdio>
 #include <exception>
+#include <optional>
 #include <poll.h>
+#include <stdexcept>
 #include <stdlib.h>
 #include <string>
 #include <string_view>
+#include <unistd.h>
+#include <utility>
 #include <vector>
 
+#include "Additions.h"
 #include "Broker.h"
 #include "BrokerSocket.h"
 #include "ClientWatch.h"
-#include "HistoryEntry.h"
-#include "HistoryFile.h"
+#include "Fault.h"
+#include "FolderWatch.h"
+#include "History.h"
 #include "ImageLibrary.h"
 #include "Installation.h"
 #include "Operations.h"
@@ -19,8 +26,8 @@
 #include "SessionSignals.h"
 #include "Terminal.h"
 #include "integration/HelperPaths.h"
-#include "json/JSON.h"
-#include "json/JSONWriter.h"
+#include "json/UUID.h"
+#include "mcp/Version.h"
 #include "support/Files.h"
 #include "support/HelperIO.h"
 #include "support/Paths.h"
@@ -37,17 +44,24 @@ void useFolder(const std::string& folder) {
     setenv("QUORVANTIS_APP_SUPPORT", folder.c_str(), 1);
 }
 
+void makeFolder(const std::string& path) {
+    try {
+        makeFolders(path);
+    } catch (const FileError& failure) {
+        throw std::runtime_error(path + ": " + failure.what());
+    }
+}
+
 std::vector<Installation> registerAll(const std::vector<std::string>& agents) {
     std::vector<Installation> installations;
     for (const std::string& agent : agents) installations.push_back(registerAgent(agent));
     return installations;
 }
 
-void printIntroduction(const HistoryFile& history, const ImageLibrary& images,
-                       const std::vector<Installation>& agents) {
-    std::printf("Quorvantis stand-in\n\n  socket   %s\n  history  %s, %zu entries\n  images   %zu\n",
-                HelperPaths().socket.c_str(), history.path().c_str(), history.entries().size(),
-                images.assets().size());
+void printIntroduction(History& history, const std::vector<Installation>& agents) {
+    std::printf("Quorvantis stand-in\n\n  socket   %s\n  history  %s, %s entries\n  images   %s\n",
+                HelperPaths().socket.c_str(), history.database().path().c_str(),
+                std::to_string(history.entryCount()).c_str(), std::to_string(history.pictureCount()).c_str());
     for (const Installation& agent : agents)
         std::printf("\nWhat to paste into a client, to connect it as %s:\n\n    %s\n",
                     agent.identity.agent.c_str(), agent.doctorCommand().c_str());
@@ -55,51 +69,114 @@ void printIntroduction(const HistoryFile& history, const ImageLibrary& images,
     std::fflush(stdout);
 }
 
-Operations operationsFor(const HistoryFile& history, const ImageLibrary& images, const CurrentPrompt& prompt,
-                         const Options& options) {
-    Operations operations;
-    operations["status"] = [&](JSON, JSONWriter& reply) {
-        reply.members("running", true, "applicationName", "Quorvantis stand-in",  //
-                      "fullHistoryAccess", !options.refusesHistory,               //
-                      "historyEntryCount", history.entries().size(),              //
-                      "imageCount", images.assets().size());
-    };
-    addHistoryOperations(operations, history, options.refusesHistory);
-    addImageOperations(operations, images, prompt);
-    return operations;
+/// Reads the pictures that are not known yet, with a line on a terminal that says how far it is.
+void readPictures(ImageLibrary& images, int stop) {
+    const bool isShown = isatty(STDERR_FILENO) == 1;
+    images.look();
+    const std::size_t count = images.unread();
+    while (images.unread() > 0) {
+        pollfd stopped = {stop, POLLIN, 0};
+        if (poll(&stopped, 1, 0) > 0) throw std::runtime_error("Stopped while it read pictures.");
+        if (isShown) std::fprintf(stderr, "\rReading pictures: %zu of %zu", count - images.unread(), count);
+        images.readSome();
+    }
+    if (isShown && count > 0) std::fputs("\r\33[K", stderr);
 }
 
-void serve(BrokerSocket& socket, const Broker& broker, ClientWatch& clients, int stop) {
+CurrentPrompt promptOf(const Options& options, const ImageLibrary& images) {
+    CurrentPrompt prompt = {.images = {}, .workspaceRoot = options.workspace};
+    for (const std::string& name : options.promptImages) prompt.images.push_back(images.fileNamed(name));
+    return prompt;
+}
+
+/// All checks come first, then the socket, then the manifests.
+void serve(const Options& options) {
+    const std::string socketPath = HelperPaths().socket;
+    BrokerSocket::checkLength(socketPath);
+    ImageLibrary::checkFolders(options.images);
+    makeFolder(parentPath(socketPath));
+    BrokerSocket socket(socketPath);
+    History history(HelperPaths().database);
+    ImageLibrary images(history, options.images);
+    const int stop = stopSignalDescriptor();
+    FolderWatch changes;
+    const auto look = [&] {
+        images.look();
+        changes.add(images.folders());
+    };
+    readPictures(images, stop);
+    look();  // at what came meanwhile, and from now on none is missed
+    Operations operations;
+    addHistoryOperations(operations, history, options.refusedAgents);
+    addImageOperations(operations, history, promptOf(options, images));
+    socket.listen();
+    const auto agents = registerAll(options.agents);
+    const Broker broker(agents, operations);
+    ClientWatch clients(options.agents);
+    printIntroduction(history, agents);
+
     SessionSignals signals;
     const auto handle = [&](std::string_view request) {
         clients.update();
-        return broker.handle(request);
+        auto reply = broker.handle(request);
+        return options.fault ? faultyReply(*options.fault, reply) : std::optional(std::move(reply));
     };
     for (;;) {
-        std::vector<pollfd> waiting = {{stop, POLLIN, 0}, {signals.descriptor(), POLLIN, 0}};
+        std::vector<pollfd> waiting = {
+            {stop, POLLIN, 0}, {signals.descriptor(), POLLIN, 0}, {changes.descriptor(), POLLIN, 0}};
         socket.addTo(waiting);
-        const int ready = poll(waiting.data(), static_cast<nfds_t>(waiting.size()), pollInterval);
-        if (waiting[0].revents != 0) return;
+        const int ready =
+            poll(waiting.data(), static_cast<nfds_t>(waiting.size()), images.unread() > 0 ? 0 : pollInterval);
+        if (waiting[0].revents != 0) break;
         if (signals.take() || ready == 0) clients.update();
+        if (changes.take()) look();
         socket.serve(handle);
+        if (images.unread() > 0) images.readSome();
     }
+    log("stopped");
+}
+
+/// The history that is there; to show or to delete one, none is made.
+History existingHistory() {
+    const std::string path = HelperPaths().database;
+    if (access(path.c_str(), F_OK) != 0) throw std::runtime_error(path + ": There is no history.");
+    return History(path);
+}
+
+void remove(const std::string& subject) {
+    const auto id = UUID::parse(subject);
+    if (!id || !existingHistory().remove(*id))
+        throw std::runtime_error("There is no entry " + subject + " in " + HelperPaths().database + ".");
+}
+
+void import(const std::string& path) {
+    History history(HelperPaths().database);
+    std::printf("%zu entries are new.\n", importEntries(history, path));
+}
+
+void add(const Options& options) {
+    const std::string copy = options.subject == "-" ? standardInput() : options.subject;
+    History history(HelperPaths().database);
+    addCopy(history, copy, options.hints);
 }
 
 void run(const Options& options) {
+    using Task = Options::Task;
     useFolder(options.folder);
-    HistoryFile(options.history).createIfMissing();
-    if (options.addedText) return HistoryFile(options.history).add(*options.addedText);
-    const auto images = options.images.empty() ? ImageLibrary() : ImageLibrary(options.images);
-    const auto prompt = promptWith(options.promptImages, images, options.workspace);
-    const HistoryFile history(options.history, imageEntries(images));
-    const int stop = stopSignalDescriptor();
-    const auto agents = registerAll(options.agents);
-    makeFolders(parentPath(HelperPaths().socket));
-    BrokerSocket socket(HelperPaths().socket);
-    printIntroduction(history, images, agents);
-    ClientWatch clients(options.agents);
-    serve(socket, Broker(agents, operationsFor(history, images, prompt, options)), clients, stop);
-    log("stopped");
+    switch (options.task) {
+        case Task::serve: return serve(options);
+        case Task::add: return add(options);
+        case Task::import: return import(options.subject);
+        case Task::exportAll: {
+            History history = existingHistory();
+            return exportEntries(history);
+        }
+        case Task::remove: return remove(options.subject);
+        case Task::clear: return existingHistory().clear();
+        case Task::showHelp: static_cast<void>(std::fputs(helpText, stdout)); return;
+        case Task::showVersion:
+            std::printf("quorvantis-standin %s\n", std::string(QuorvantisMCP::version).c_str());
+    }
 }
 
 }  // namespace
@@ -110,11 +187,9 @@ int main(int count, char** arguments) {
     using namespace quorvantis;
     std::signal(SIGPIPE, SIG_IGN);
     try {
-        const auto options = standin::parsedOptions(count, arguments);
-        if (options.wantsHelp)
-            std::fputs(standin::helpText, stdout);
-        else
-            standin::run(options);
+        standin::run(standin::parsedOptions(count, arguments));
+        if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+            throw std::runtime_error("Standard output cannot be written to.");
         return 0;
     } catch (const std::exception& failure) {
         HelperIO::error("quorvantis-standin: " + std::string(failure.what()));
