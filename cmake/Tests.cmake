@@ -66,6 +66,10 @@ add_test(NAME installed-package COMMAND ${PROJECT_SOURCE_DIR}/tests/package/run
          ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR} ${CMAKE_CXX_COMPILER}
          "${CMAKE_CXX_FLAGS} -I${boost_folder} ${package_flags}")
 
+# Copies under displays of its own, of what is installed.
+add_test(NAME standin-clipboard COMMAND ${PROJECT_SOURCE_DIR}/tests/standin/clipboard $<TARGET_FILE:quorvantis-standin>)
+set_tests_properties(standin-clipboard PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 180)
+
 # A session of the official client library; "npm ci --ignore-scripts" in tests/sdk comes first.
 find_program(NODE node)
 add_test(NAME sdk-session COMMAND ${NODE} ${PROJECT_SOURCE_DIR}/tests/sdk/session.test.mjs)

@@ -10,6 +10,7 @@ class QuorvantisMcp < Formula
   depends_on "boost" => :build
   depends_on "cmake" => :build
   depends_on "ninja" => :build
+  uses_from_macos "sqlite"
 
   # Built into the programs, as an archive, which the package of Homebrew does not have.
   resource "utf8proc" do
