@@ -184,16 +184,16 @@ TEST_F(StandinTest, LosesNoneOfManyAdditionsAtOnce) {
 
 TEST_F(StandinTest, LosesNothingElseWhenKilled) {
     const std::string picture = readFile(QUORVANTIS_PICTURES "/turned/6.png");
-    for (int i = 0; i < 30; ++i) {
+    for (int i = 0; i < 15; ++i) {
         run({"--add", "kept " + std::to_string(i)});
         harness::ChildProcess addition(launch(folder.path(), {"--add", "-"}));
         addition.send(picture);
         addition.closeInput();
-        usleep(static_cast<useconds_t>(i) * 4'000);
+        usleep(static_cast<useconds_t>(i) * 8'000);
         kill(addition.id(), SIGKILL);
     }
     serve();
-    EXPECT_EQ(search("kept", 99)["entries"].elements().count(), 30u);
+    EXPECT_EQ(search("kept", 99)["entries"].elements().count(), 15u);
     const auto pictures = search("copied", 99);
     for (const JSON entry : pictures["entries"].elements())
         EXPECT_EQ(readFile(std::string(*entry["filePaths"].elements().front().string())), picture);

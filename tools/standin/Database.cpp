@@ -20,7 +20,7 @@ namespace {
 
 using platform::Descriptor;
 
-constexpr int patience = 10'000;  // milliseconds
+constexpr int patience = 60'000;  // milliseconds
 
 [[noreturn]] void fail(const std::string& path, const std::string& reason) {
     throw std::runtime_error(path + ": " + reason + ".");

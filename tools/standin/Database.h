@@ -48,8 +48,8 @@ class Rows {
 class Database {
   public:
     /// Opens the database, and makes it by the schema when it is missing. A database of another version of
-    /// the schema is refused. Other processes may use it at the same time; to wait for them longer than ten
-    /// seconds is a failure.
+    /// the schema is refused. Other processes may use it at the same time; to wait for them longer than a
+    /// minute is a failure.
     Database(const std::string& path, const std::string& schema, int version);
 
     const std::string& path() const { return path_; }

@@ -13,8 +13,9 @@ class FolderWatch {
     ~FolderWatch();
 
     /// Watches these folders, but not what is below them, besides those watched already. On Linux the system
-    /// may allow fewer than there are; changes in the others are then not seen.
-    void add(const std::vector<std::string>& folders);
+    /// may allow fewer than there are; changes in the others are then not seen. Returns whether there was a
+    /// new one: what happened in it before is not told.
+    bool add(const std::vector<std::string>& folders);
 
     /// Becomes ready for reading when there may have been a change; -1 when there is nothing to poll, and
     /// `take` has to be called from time to time.

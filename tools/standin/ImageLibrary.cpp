@@ -84,27 +84,28 @@ void ImageLibrary::look() {
     std::unordered_map<std::string, const File*> files;
     for (const File& file : present) files[file.path] = &file;
     std::vector<std::string> gone, withoutEntry, lost;
-    history_.database().inTransaction([&] {
-        {
-            Rows rows = history_.database().run(
-                "select path, size, changedAt, pixelHash is not null, entry is not null from knownFile");
-            while (rows.next()) {
-                const std::string path(rows.text(0));
-                const auto file = files.find(path);
-                const bool isPicture = rows.integer(3) != 0, hasEntry = rows.integer(4) != 0;
-                const bool isSame = file != files.end() && file->second->size == rows.integer(1) &&
-                                    file->second->changedAt == rows.integer(2);
-                if (!isSame && hasEntry) gone.push_back(path);
-                if (file == files.end() && access(path.c_str(), F_OK) != 0) lost.push_back(path);
-                if (isSame && isPicture && !hasEntry) withoutEntry.push_back(path);
-                if (isSame) files.erase(file);
-            }
+    {
+        Rows rows = history_.database().run(
+            "select path, size, changedAt, pixelHash is not null, entry is not null from knownFile");
+        while (rows.next()) {
+            const std::string path(rows.text(0));
+            const auto file = files.find(path);
+            const bool isPicture = rows.integer(3) != 0, hasEntry = rows.integer(4) != 0;
+            const bool isSame = file != files.end() && file->second->size == rows.integer(1) &&
+                                file->second->changedAt == rows.integer(2);
+            if (!isSame && hasEntry) gone.push_back(path);
+            if (file == files.end() && access(path.c_str(), F_OK) != 0) lost.push_back(path);
+            if (isSame && isPicture && !hasEntry) withoutEntry.push_back(path);
+            if (isSame) files.erase(file);
         }
-        for (const std::string& path : gone) forgetEntry(path);
-        for (const std::string& path : lost)
-            history_.database().run("delete from knownFile where path = ?", path);
-        for (const std::string& path : withoutEntry) addEntry(path);
-    });
+    }
+    if (!gone.empty() || !lost.empty() || !withoutEntry.empty())
+        history_.database().inTransaction([&] {
+            for (const std::string& path : gone) forgetEntry(path);
+            for (const std::string& path : lost)
+                history_.database().run("delete from knownFile where path = ?", path);
+            for (const std::string& path : withoutEntry) addEntry(path);
+        });
     std::erase_if(present, [&](const File& file) { return !files.contains(file.path); });
     unread_ = std::move(present);
 }
@@ -172,7 +173,9 @@ void ImageLibrary::addEntry(const std::string& path) {
 }
 
 std::string ImageLibrary::fileNamed(const std::string& name) const {
-    Rows rows = history_.database().run("select path, sha256 from knownFile where entry is not null");
+    Rows rows = history_.database().run(
+        "select path, sha256 from knownFile"
+        " where sha256 in (select sha256 from knownFile where entry is not null)");
     while (rows.next())
         if (lastPathComponent(rows.text(0)) == name) return std::string(rows.text(1));
     throw std::runtime_error("There is no picture \"" + name + "\" in the folders of pictures.");

@@ -32,7 +32,7 @@ inline constexpr char schema[] = R"sql(
         originalUTI text not null, isOriginalFile integer not null, isBitExact integer not null, conversion text);
     create index imageOfPixels on imageMetadata (pixelHash);
 
-    -- What is known of the files in the folders of pictures; without sha256, the file is no picture.
+    -- What is known of the files in the folders of pictures; without pixelHash, the file is no picture.
     -- `entry` is the file's, while its folder is served.
     create table knownFile (
         path text primary key, size integer not null, changedAt integer not null,  -- nanoseconds

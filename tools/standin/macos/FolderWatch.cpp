@@ -18,8 +18,9 @@ FolderWatch::FolderWatch() : state_(std::make_unique<State>()) {}
 
 FolderWatch::~FolderWatch() = default;
 
-void FolderWatch::add(const std::vector<std::string>& folders) {
+bool FolderWatch::add(const std::vector<std::string>& folders) {
     state_->hasFolders = !folders.empty();
+    return false;
 }
 
 int FolderWatch::descriptor() const {
