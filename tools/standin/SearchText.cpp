@@ -23,7 +23,9 @@ std::string folded(std::string_view text) {
         static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE | UTF8PROC_CASEFOLD);
     const auto size = utf8proc_map(bytes, static_cast<utf8proc_ssize_t>(text.size()), &result, options);
     const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(result, &std::free);
-    std::string copy(size < 0 ? text : std::string_view(reinterpret_cast<const char*>(result), size));
+    std::string copy(
+        size < 0 ? text
+                 : std::string_view(reinterpret_cast<const char*>(result), static_cast<std::size_t>(size)));
     std::replace(copy.begin(), copy.end(), '\0', ' ');  // at which the tokenizer would end
     return copy;
 }
