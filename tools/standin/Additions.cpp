@@ -141,7 +141,7 @@ std::size_t importEntries(History& history, const std::string& path) {
     } catch (const FileError& failure) {
         fail("", failure.what());
     }
-    return history.addAll(std::move(entries));
+    return history.addAll(entries);
 }
 
 void exportEntries(History& history) {

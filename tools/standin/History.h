@@ -59,7 +59,7 @@ class History {
     /// A picture's file, which `pictureFile` names, is moved to the folder of pictures.
     void addCopy(HistoryEntry entry, const std::optional<std::string>& pictureFile = std::nullopt);
     /// Adds the entries whose identifiers are new. Returns their count.
-    std::size_t addAll(std::vector<HistoryEntry> entries);
+    std::size_t addAll(const std::vector<HistoryEntry>& entries);
     /// Removes the entry, and its pictures when no other has them. Returns false if there is none.
     bool remove(const UUID& id);
     /// Removes everything.

@@ -134,15 +134,17 @@ void History::addCopy(HistoryEntry entry, const std::optional<std::string>& pict
     });
 }
 
-std::size_t History::addAll(std::vector<HistoryEntry> entries) {
-    // Of several at one time, the first is the newest.
-    std::reverse(entries.begin(), entries.end());
-    std::stable_sort(entries.begin(), entries.end(), [](const HistoryEntry& one, const HistoryEntry& other) {
-        return one.entry.createdAt < other.entry.createdAt;
+std::size_t History::addAll(const std::vector<HistoryEntry>& entries) {
+    // The oldest first; of several at one time, the first is the newest.
+    std::vector<std::size_t> order;
+    for (std::size_t i = 0; i < entries.size(); ++i) order.push_back(i);
+    std::sort(order.begin(), order.end(), [&](std::size_t one, std::size_t other) {
+        const Date time = entries[one].entry.createdAt, otherTime = entries[other].entry.createdAt;
+        return time != otherTime ? time < otherTime : one > other;
     });
     std::size_t added = 0;
     database_.inTransaction([&] {
-        for (const HistoryEntry& entry : entries) added += insert(entry).has_value();
+        for (const std::size_t i : order) added += insert(entries[i]).has_value();
     });
     return added;
 }
