@@ -52,7 +52,8 @@ TEST(SecretsTest, StayInTheirFile) {
         chmod(file.c_str(), 0600);  // as the application leaves them
     Sightings seen;
 
-    ChildProcess standin({{QUORVANTIS_STANDIN, "--refuse-history", "--folder", folder, "--images", workspace / "images"}});
+    ChildProcess standin(
+        {{QUORVANTIS_STANDIN, "--refuse-history", "--folder", folder, "--images", workspace / "images"}});
     lookAt("stand-in's decoder", decoderOf(standin.id()), seen);
     while (seen["stand-in, output"].find("Serving") == std::string::npos)
         readLines("stand-in", standin, seen, 1);
