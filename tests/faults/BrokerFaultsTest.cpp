@@ -127,7 +127,8 @@ static long residentPages(pid_t process) {
 /// One server meets all faults in this call, and serves the same call after each; then most of them again.
 static void meetAll(const std::string& call) {
     harness::Installation installation;
-    installation.environment.push_back("ASAN_OPTIONS=quarantine_size_mb=0");  // freed memory would pile up
+    // Freed memory would pile up.
+    installation.environment.push_back("ASAN_OPTIONS=quarantine_size_mb=0:thread_local_quarantine_size_kb=0");
     auto launch = installation.launch();
     if (geteuid() == 0)  // who may open any socket otherwise
         launch.command.insert(launch.command.begin(),

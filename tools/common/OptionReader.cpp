@@ -1,5 +1,6 @@
 #include "OptionReader.h"
 
+#include <cstddef>
 #include <functional>
 #include <getopt.h>
 #include <span>

@@ -14,15 +14,19 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include "Entries.h"
 #include "History.h"
+#include "HistoryEntry.h"
 #include "PictureType.h"
 #include "imaging/AttachmentIdentity.h"
 #include "json/CodingErrors.h"
+#include "json/Date.h"
 #include "json/JSONDocument.h"
 #include "json/JSONRecord.h"
+#include "json/UUID.h"
 #include "platform/Descriptors.h"
 #include "support/Files.h"
 #include "support/Paths.h"
@@ -135,7 +139,7 @@ std::size_t importEntries(History& history, const std::string& path) {
         try {
             entries = decodedRecord<std::vector<HistoryEntry>>(text);
         } catch (const DecodingError& failure) {
-            const std::string key = failure.path();
+            const std::string& key = failure.path();
             fail(key.empty() ? firstWrongLine(text) : key + ": ", failure.what());
         }
     } catch (const FileError& failure) {

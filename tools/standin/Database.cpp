@@ -1,5 +1,7 @@
 #include "Database.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <errno.h>
 #include <fcntl.h>
 #include <functional>

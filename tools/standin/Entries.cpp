@@ -7,11 +7,15 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "HistoryEntry.h"
+#include "json/Date.h"
+#include "json/UUID.h"
+#include "state/HistoryRecords.h"
 #include "support/Characters.h"
 #include "support/HelperIO.h"
-#include "support/Hexadecimal.h"
 #include "support/Paths.h"
 #include "support/UTF8.h"
 

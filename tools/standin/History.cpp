@@ -7,8 +7,10 @@
 #include <string_view>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 #include "Columns.h"
+#include "Database.h"
 #include "HistoryEntry.h"
 #include "Schema.h"
 #include "SearchText.h"

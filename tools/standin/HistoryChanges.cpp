@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "Columns.h"
+#include "Database.h"
 #include "History.h"
 #include "HistoryEntry.h"
 #include "Schema.h"

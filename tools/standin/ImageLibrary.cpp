@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "Database.h"
 #include "Entries.h"
 #include "History.h"
 #include "PictureType.h"
@@ -71,7 +72,7 @@ std::vector<ImageLibrary::File> ImageLibrary::files() {
                 folders_.push_back(path);
             struct stat status;
             if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) continue;
-            const timespec changed = platform::changeTime(status);
+            const auto changed = platform::changeTime(status);
             found.push_back(
                 {path, status.st_size, changed.tv_sec * 1'000'000'000 + changed.tv_nsec, status.st_mtime});
         }

@@ -4,6 +4,7 @@
 #include <getopt.h>
 #include <string>
 
+#include "Fault.h"
 #include "OptionReader.h"
 #include "integration/AgentIdentifier.h"
 #include "support/Paths.h"

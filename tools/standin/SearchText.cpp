@@ -9,6 +9,8 @@
 #include <utf8proc.h>
 #include <vector>
 
+#include "HistoryEntry.h"
+
 namespace quorvantis::standin {
 
 namespace {
