@@ -18,8 +18,8 @@ class BrokerSocket {
     /// Throws std::runtime_error if the path is too long for a socket.
     static void checkLength(const std::string& path);
 
-    /// Takes the path, whose folder must exist, so that no other of these can. Throws std::runtime_error if
-    /// somebody serves it, or if it names something that is no socket.
+    /// Locks the path, whose folder must exist, against other stand-ins. Throws std::runtime_error if it is
+    /// being served, or if something else than a socket is there.
     explicit BrokerSocket(std::string path);
     BrokerSocket(const BrokerSocket&) = delete;
     BrokerSocket& operator=(const BrokerSocket&) = delete;

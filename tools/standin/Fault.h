@@ -6,13 +6,13 @@
 
 namespace quorvantis::standin {
 
-/// How the stand-in answers wrongly, on demand of whoever tests an agent.
+/// A wrong answer, to test an agent with.
 enum class Fault {
     slow,       // the reply comes after 1.5 s, within the 2 s that a server waits
     silent,     // no reply, but the connection stays open
     hangUp,     // no reply, and the connection is closed
     oversized,  // more than 1 MiB
-    garbage,    // a line that is no JSON
+    garbage,    // a line that is not JSON
     wrongID     // the reply of another request
 };
 

@@ -4,8 +4,8 @@
 
 namespace quorvantis::standin {
 
-/// Serves what the options name, until it is stopped. All checks come first, then the socket, then what
-/// clients are configured with, so that whoever fails has changed nothing that another uses. Throws
+/// Serves what the options name until a signal stops it. All checks come first, then the socket, then the
+/// manifests and credentials: a start that fails has changed nothing that another program uses. Throws
 /// std::runtime_error with one line for the user.
 void serve(const Options& options);
 
