@@ -16,6 +16,7 @@ function(complete component package)
   file(WRITE ${documents}/changelog "${changes}")
   file(GLOB pages ${usr}/share/man/man1/*)
   file(GLOB_RECURSE binaries ${usr}/*.a ${usr}/bin/* ${usr}/libexec/*)
+  list(FILTER binaries EXCLUDE REGEX "-clipboard$") # a script
   execute_process(COMMAND gzip -9n ${documents}/changelog ${pages} COMMAND_ERROR_IS_FATAL ANY)
   execute_process(COMMAND strip --strip-unneeded --remove-section=.comment --enable-deterministic-archives ${binaries}
                   COMMAND_ERROR_IS_FATAL ANY)

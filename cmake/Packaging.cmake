@@ -31,6 +31,7 @@ The package also holds a program that finds out why an agent does not get
 through, and a stand-in for the desktop application.")
 # libsystemd, which the server opens at run time if it is there, comes with these: the stand-in is linked with it.
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SUGGESTS "wl-clipboard | xclip") # for quorvantis-standin-clipboard
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libquorvantis-dev)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libdevel)
