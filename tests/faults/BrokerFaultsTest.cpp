@@ -127,8 +127,9 @@ static long residentPages(pid_t process) {
 /// One server meets all faults in this call, and serves the same call after each; then most of them again.
 static void meetAll(const std::string& call) {
     harness::Installation installation;
-    // Freed memory would pile up.
-    installation.environment.push_back("ASAN_OPTIONS=quarantine_size_mb=0:thread_local_quarantine_size_kb=0");
+    installation.environment.push_back(
+        "ASAN_OPTIONS=quarantine_size_mb=0:thread_local_quarantine_size_kb=0:"  // freed memory would pile up
+        "detect_stack_use_after_return=0");                                     // and frames
     auto launch = installation.launch();
     if (geteuid() == 0)  // who may open any socket otherwise
         launch.command.insert(launch.command.begin(),
