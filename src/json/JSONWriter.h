@@ -45,7 +45,7 @@ class JSONWriter {
     /// A value written by a function, such as the result of `jsonObject`.
     void value(const std::invocable<JSONWriter&> auto& write) { write(*this); }
     void null() { literal("null"); }
-    /// Writes JSON text unchanged; it must not contain a slash.
+    /// Writes JSON text unchanged; a slash in it must be written as this writer would.
     void literal(std::string_view text);
 
     void beginArray() { begin('['); }

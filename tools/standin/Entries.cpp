@@ -16,6 +16,7 @@
 #include "state/HistoryRecords.h"
 #include "support/Characters.h"
 #include "support/HelperIO.h"
+#include "support/Hexadecimal.h"
 #include "support/Paths.h"
 #include "support/UTF8.h"
 
@@ -70,21 +71,16 @@ std::vector<std::string_view> fileURLs(std::string_view text) {
     return urls;
 }
 
-int digit(char c) {
-    const std::string_view digits = "0123456789abcdef";
-    const auto place = digits.find(static_cast<char>(c >= 'A' && c <= 'F' ? c + 32 : c));
-    return place == digits.npos ? -1 : static_cast<int>(place);
-}
-
 std::string pathOf(std::string_view url) {
     url.remove_prefix(fileScheme.size());
     url.remove_prefix(std::min(url.find('/'), url.size()));  // a host
     std::string path;
     for (std::size_t i = 0; i < url.size(); ++i) {
-        const bool isEscape =
-            url[i] == '%' && i + 2 < url.size() && digit(url[i + 1]) >= 0 && digit(url[i + 2]) >= 0;
-        path += isEscape ? static_cast<char>(digit(url[i + 1]) * 16 + digit(url[i + 2])) : url[i];
-        if (isEscape) i += 2;
+        const bool hasDigits = url[i] == '%' && i + 2 < url.size();
+        const auto high = hasDigits ? hexadecimalValue(url[i + 1]) : std::nullopt;
+        const auto low = hasDigits ? hexadecimalValue(url[i + 2]) : std::nullopt;
+        path += high && low ? static_cast<char>(*high << 4 | *low) : url[i];
+        if (high && low) i += 2;
     }
     return repairedUTF8(path);
 }
